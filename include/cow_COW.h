@@ -50,6 +50,8 @@ class cow_COW {
   bool HasObject() const { return m_hld.HasObject(); }
   // Replaces the object by `object` (owned, fresh count), releasing the old share.
   void Reset(T* object) { m_hld = object; }
+  // Exchanges what two handles hold; no count changes.
+  void Swap(cow_COW& other) { m_hld.Swap(other.m_hld); }
   // True when both handles share one object.
   bool Shares(const cow_COW& other) const { return m_hld.Object() == other.m_hld.Object(); }
 

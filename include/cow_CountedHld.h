@@ -58,6 +58,16 @@ class cow_CountedHld {
     m_count = nullptr;
   }
 
+  // Exchanges what two holders hold; no count changes.
+  void Swap(cow_CountedHld& other) {
+    int* count = m_count;
+    T* object = m_object;
+    m_count = other.m_count;
+    m_object = other.m_object;
+    other.m_count = count;
+    other.m_object = object;
+  }
+
   T* Object() const { return m_object; }
   bool HasObject() const { return m_object != nullptr; }
 
