@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# Installs the Debian packages needed to build and test the library, and only those missing.
+# Safe to run again: when everything is present it prints one line and changes nothing.
+set -euo pipefail
+
+# libgtest-dev brings GoogleTest's CMake package (GTestConfig.cmake) that the test build finds.
+packages=(g++ cmake make pkg-config libsqlite3-dev libgtest-dev git)
+
+missing=()
+for p in "${packages[@]}"; do
+  status=$(dpkg-query -W -f='${Status}' "$p" 2>/dev/null || true)
+  if [[ "$status" != "install ok installed" ]]; then
+    missing+=("$p")
+  fi
+done
+
+if ((${#missing[@]} == 0)); then
+  echo "setup: all build packages present"
+  exit 0
+fi
+
+if [[ $(id -u) -eq 0 ]]; then
+  as_root=()
+elif command -v sudo >/dev/null 2>&1; then
+  as_root=(sudo)
+else
+  echo "setup: missing packages: ${missing[*]}" >&2
+  echo "setup: not root and no sudo; install them as root with: apt-get install ${missing[*]}" >&2
+  exit 1
+fi
+
+echo "setup: installing ${missing[*]}"
+export DEBIAN_FRONTEND=noninteractive
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update -q
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends \
+  "${missing[@]}"
