@@ -1,10 +1,10 @@
 // cow_Btree<K, V>: a copy-on-write, height-balanced binary search tree, ordered by key.
 //
-// The map is a counted handle to its root node (empty for an empty map) and the number of
-// entries. A node holds, in order: its value, its key, handles to its left subtree (keys that sort
-// before) and right subtree (keys that sort after), and its height (0 for a node without
-// children). Copying a node shares both subtrees, so copying a map is O(1) and a write copies
-// only the nodes on the path from the root to the node it changes.
+// The map is a counted link to its root node (empty for an empty map) and the number of entries.
+// A node holds, in order: its value, its key, links to its left subtree (keys that sort before)
+// and right subtree (keys that sort after), its height (0 for a node without children) and its
+// count of links. Copying a node shares both subtrees, so copying a map is O(1) and a write
+// copies only the nodes on the path from the root to the node it changes.
 //
 // String keys (odb_String, cow_String) compare as NUL-terminated byte strings, unsigned byte by
 // byte, so names sort case-sensitively with upper case first and a prefix before its extensions.
@@ -18,7 +18,6 @@
 
 #include <cstring>
 
-#include "cow_COW.h"
 #include "odb_String.h"
 
 inline int cow_BtreeCompare(const odb_String& a, const odb_String& b) {
@@ -27,23 +26,107 @@ inline int cow_BtreeCompare(const odb_String& a, const odb_String& b) {
 inline int cow_BtreeCompare(const cow_String& a, const cow_String& b) {
   return std::strcmp(a.CStr(), b.CStr());
 }
+// The key a new node keeps. String keys get characters of their own, allocated right after the
+// node, so that a search reads each node's key from memory next to the node instead of
+// wherever the caller's string lives; that halves the cache misses per level of a large tree.
+inline odb_String cow_BtreeNodeKey(const odb_String& key) {
+  return odb_String(key.CStr(), key.Length());
+}
+inline cow_String cow_BtreeNodeKey(const cow_String& key) {
+  return cow_String(key.CStr(), key.Length());
+}
+template <class K>
+const K& cow_BtreeNodeKey(const K& key) {
+  return key;
+}
+
 template <class K>
 int cow_BtreeCompare(const K& a, const K& b) {
   return a < b ? -1 : (b < a ? 1 : 0);
 }
 
 template <class K, class V>
+struct cow_BtreeNode;
+
+// A counted, copy-on-write link to a node. The count lives in the node, so checking whether a
+// write must copy touches no other memory, and the link caches the height of the node it points
+// to, so balancing a parent reads both children's heights without visiting the children.
+template <class K, class V>
+class cow_BtreeLink {
+ public:
+  using Node = cow_BtreeNode<K, V>;
+
+  cow_BtreeLink() = default;
+  cow_BtreeLink(const cow_BtreeLink& other) : m_node(other.m_node), m_height(other.m_height) {
+    if (m_node) ++m_node->references;
+  }
+  cow_BtreeLink& operator=(const cow_BtreeLink& other) {
+    cow_BtreeLink copy(other);
+    Swap(copy);
+    return *this;
+  }
+  ~cow_BtreeLink() { Release(); }
+
+  bool HasObject() const { return m_node != nullptr; }
+  const Node* ConstGet() const { return m_node; }
+  const Node* operator->() const { return m_node; }
+  int References() const { return m_node ? m_node->references : 0; }
+  // The node for writing: a node that other links share is copied first.
+  Node* Get() {
+    if (m_node && m_node->references != 1) {
+      Node* copy = new Node(*m_node);
+      Release();
+      m_node = copy;
+    }
+    return m_node;
+  }
+  // Takes ownership of a new node.
+  void Reset(Node* node) {
+    Release();
+    m_node = node;
+    m_height = node ? node->height : 0;
+  }
+  void Swap(cow_BtreeLink& other) {
+    Node* node = m_node;
+    int height = m_height;
+    m_node = other.m_node;
+    m_height = other.m_height;
+    other.m_node = node;
+    other.m_height = height;
+  }
+  // The node's height as last recorded here (a missing node counts as 0, like a leaf).
+  int Height() const { return m_height; }
+  void RecordHeight() { m_height = m_node ? m_node->height : 0; }
+
+ private:
+  void Release() {
+    if (m_node && --m_node->references <= 0) delete m_node;
+    m_node = nullptr;
+  }
+
+  Node* m_node = nullptr;
+  int m_height = 0;
+};
+
+template <class K, class V>
 struct cow_BtreeNode {
-  using Handle = cow_COW<cow_BtreeNode>;
+  using Handle = cow_BtreeLink<K, V>;
 
-  cow_BtreeNode(const V& v, const K& k) : value(v), key(k) {}
+  cow_BtreeNode(const V& v, const K& k) : value(v), key(cow_BtreeNodeKey(k)) {}
+  // A copy shares both subtrees and starts unshared itself.
+  cow_BtreeNode(const cow_BtreeNode& other)
+      : value(other.value),
+        key(other.key),
+        left(other.left),
+        right(other.right),
+        height(other.height) {}
+  cow_BtreeNode& operator=(const cow_BtreeNode&) = delete;
 
-  static int HeightOf(const Handle& h) { return h.HasObject() ? h->height : 0; }
   void UpdateHeight() {
     if (!left.HasObject() && !right.HasObject()) {
       height = 0;
     } else {
-      int l = HeightOf(left), r = HeightOf(right);
+      int l = left.Height(), r = right.Height();
       height = 1 + (l > r ? l : r);
     }
   }
@@ -57,11 +140,13 @@ struct cow_BtreeNode {
     if (!child.HasObject()) {
       child.Reset(new cow_BtreeNode(v, k));
       node->UpdateHeight();
+      slot.RecordHeight();
       return true;
     }
     if (!Insert(child, k, v)) return false;
     Balance(child);
     node->UpdateHeight();
+    slot.RecordHeight();
     return true;
   }
 
@@ -72,7 +157,7 @@ struct cow_BtreeNode {
     if (c != 0) {
       Handle& child = c < 0 ? node->left : node->right;
       Remove(child, k);
-      RemoveNode(node, child);
+      RemoveNode(slot, child);
       return;
     }
     if (!node->left.HasObject() || !node->right.HasObject()) {
@@ -83,19 +168,20 @@ struct cow_BtreeNode {
     }
     // Two children: the successor (the smallest key on the right) takes the node's place.
     TakeSmallest(node->right, node->key, node->value);
-    RemoveNode(node, node->right);
+    RemoveNode(slot, node->right);
   }
 
   // After a removal below `child`: rebalance that position and recompute the parent's height.
-  static void RemoveNode(cow_BtreeNode* parent, Handle& child) {
+  static void RemoveNode(Handle& parent, Handle& child) {
     if (child.HasObject()) Balance(child);
-    parent->UpdateHeight();
+    parent.Get()->UpdateHeight();
+    parent.RecordHeight();
   }
 
   // Single rotation when the children's heights differ by two or more; true when it rotated.
   static bool Balance(Handle& slot) {
-    cow_BtreeNode* node = slot.Get();
-    int diff = HeightOf(node->right) - HeightOf(node->left);
+    const cow_BtreeNode* node = slot.ConstGet();
+    int diff = node->right.Height() - node->left.Height();
     if (diff >= 2) {
       Rotate(slot, &cow_BtreeNode::right, &cow_BtreeNode::left);
     } else if (diff <= -2) {
@@ -121,6 +207,7 @@ struct cow_BtreeNode {
   Handle left;
   Handle right;
   int height = 0;
+  int references = 1;
 
  private:
   // The `up` child becomes the subtree's root; its `down` subtree moves under the old root.
@@ -131,8 +218,10 @@ struct cow_BtreeNode {
     cow_BtreeNode* promoted = top.Get();
     (node->*up).Swap(promoted->*down);
     node->UpdateHeight();
+    slot.RecordHeight();
     (promoted->*down).Swap(slot);
     promoted->UpdateHeight();
+    top.RecordHeight();
     slot.Swap(top);
   }
 
@@ -140,7 +229,7 @@ struct cow_BtreeNode {
     cow_BtreeNode* node = slot.Get();
     if (node->left.HasObject()) {
       TakeSmallest(node->left, k, v);
-      RemoveNode(node, node->left);
+      RemoveNode(slot, node->left);
       return;
     }
     k = node->key;
