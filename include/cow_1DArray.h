@@ -46,7 +46,8 @@ class cow_1DArray {
 
   // An array of length n whose blocks are sized so that n needs 8 to 16 of them (16-element
   // blocks below 256 elements); the table is allocated, the blocks are not.
-  explicit cow_1DArray(int n) : m_slots(16), m_shift(4), m_end(n > 0 ? n : 0), m_tableCount(new int(1)) {
+  explicit cow_1DArray(int n)
+      : m_slots(16), m_shift(4), m_end(n > 0 ? n : 0), m_tableCount(new int(1)) {
     if (n > 0) {
       float f = static_cast<float>(n);
       std::uint32_t bits;
@@ -188,7 +189,9 @@ class cow_1DArray {
   int HeadIndex() const { return m_head; }
   int EndIndex() const { return m_end; }
   int TableReferences() const { return *m_tableCount; }
-  const Block* BlockAt(int slot) const { return slot >= 0 && slot < m_slots ? m_table[slot] : nullptr; }
+  const Block* BlockAt(int slot) const {
+    return slot >= 0 && slot < m_slots ? m_table[slot] : nullptr;
+  }
 
  private:
   static const T& Default() {
@@ -282,7 +285,9 @@ class cow_1DArrayIter {
   }
   bool IsDone() const { return m_pos >= m_end; }
   // The current element; a default value where no block was ever written.
-  const T& Current() const { return m_elements ? m_elements[m_offset] : m_array[m_pos - m_array.HeadIndex()]; }
+  const T& Current() const {
+    return m_elements ? m_elements[m_offset] : m_array[m_pos - m_array.HeadIndex()];
+  }
   int Position() const { return m_pos - m_array.HeadIndex(); }
 
  private:

@@ -59,7 +59,8 @@ class cow_List {
   }
 
   cow_List& RemoveIndex(int index) {
-    if (!cow_Check(0 <= index && index < m_size, "0 <= index && index < size", "include/cow_List", 31))
+    if (!cow_Check(0 <= index && index < m_size, "0 <= index && index < size", "include/cow_List",
+                   31))
       return *this;
     --m_size;
     for (int i = index; i < m_size; ++i) m_array.Get(i) = m_array.Get(i + 1);

@@ -82,9 +82,12 @@ class cow_Map {
         cow_COW<Node>* leaf = slot;
         while (true) {
           Node* n = leaf->Get();
-          if (n->child[0].HasObject()) leaf = &n->child[0];
-          else if (n->child[1].HasObject()) leaf = &n->child[1];
-          else break;
+          if (n->child[0].HasObject())
+            leaf = &n->child[0];
+          else if (n->child[1].HasObject())
+            leaf = &n->child[1];
+          else
+            break;
         }
         if (leaf != slot) {
           node->key = (*leaf)->key;
@@ -107,7 +110,8 @@ class cow_Map {
     return value;
   }
   static bool Same(const K& a, const K& b) {
-    return a.Length() == b.Length() && std::char_traits<char>::compare(a.CStr(), b.CStr(), a.Length()) == 0;
+    return a.Length() == b.Length() &&
+           std::char_traits<char>::compare(a.CStr(), b.CStr(), a.Length()) == 0;
   }
   static int Branch(const K& key, int d) {
     int length = static_cast<int>(key.Length());
@@ -151,7 +155,8 @@ class cow_MapIter {
   void First() {
     m_nodes.clear();
     Collect(m_map.Root().ConstGet());
-    cow_Check(static_cast<int>(m_nodes.size()) == m_map.Size(), "count == map.Size()", "include/cow_Map", 242);
+    cow_Check(static_cast<int>(m_nodes.size()) == m_map.Size(), "count == map.Size()",
+              "include/cow_Map", 242);
     m_nodes.push_back(nullptr);
     m_cursor = 0;
   }
@@ -169,7 +174,8 @@ class cow_MapIter {
 
  private:
   bool Started() const {
-    return cow_Check(!m_nodes.empty(), "nodes && \"Need to call First() on iterator.\"", "include/cow_Map", 300);
+    return cow_Check(!m_nodes.empty(), "nodes && \"Need to call First() on iterator.\"",
+                     "include/cow_Map", 300);
   }
   static const K& DefaultKey() {
     static const K empty{};

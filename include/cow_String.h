@@ -73,7 +73,11 @@ class cow_String {
 };
 
 bool operator==(const cow_String& a, const cow_String& b);
-inline bool operator!=(const cow_String& a, const cow_String& b) { return !(a == b); }
-inline bool operator<(const cow_String& a, const cow_String& b) { return a.compare(b) < 0; }
+inline bool operator!=(const cow_String& a, const cow_String& b) {
+  return !(a == b);
+}
+inline bool operator<(const cow_String& a, const cow_String& b) {
+  return a.compare(b) < 0;
+}
 
 #endif

@@ -15,12 +15,12 @@
 
 // The messages of the step repository and its creators.
 enum odb_StepRepositoryEnm : int {
-  odb_StepRepository_NO_STEP = 0,             // %s: the name looked up
-  odb_StepRepository_INVALID_NAME = 1,        //
-  odb_StepRepository_INVALID_PREVIOUS = 2,    //
-  odb_StepRepository_ITERATOR_DONE = 3,       //
-  odb_StepRepository_PREVIOUS_MISSING = 4,    // %s: the previous step's name
-  odb_StepRepository_ALREADY_EXISTS = 5       // %s: the new step's name
+  odb_StepRepository_NO_STEP = 0,           // %s: the name looked up
+  odb_StepRepository_INVALID_NAME = 1,      //
+  odb_StepRepository_INVALID_PREVIOUS = 2,  //
+  odb_StepRepository_ITERATOR_DONE = 3,     //
+  odb_StepRepository_PREVIOUS_MISSING = 4,  // %s: the previous step's name
+  odb_StepRepository_ALREADY_EXISTS = 5     // %s: the new step's name
 };
 
 template <>

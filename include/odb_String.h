@@ -58,7 +58,9 @@ class odb_String {
 
   // Byte position of the first match at or after `pos`, or cow_String::npos (-1).
   int Find(const char* s, unsigned pos = 0) const;
-  int Find(const odb_String& s, unsigned pos = 0) const { return m_str.Find(s.CStr(), s.Length(), pos); }
+  int Find(const odb_String& s, unsigned pos = 0) const {
+    return m_str.Find(s.CStr(), s.Length(), pos);
+  }
   // Searches for the first `n` bytes of `s`.
   int Find(const char* s, unsigned pos, unsigned n) const;
   // Byte position of the last match starting at or before `pos`, or cow_String::npos (-1).
@@ -75,11 +77,21 @@ class odb_String {
   cow_String m_str;
 };
 
-inline bool operator==(const odb_String& a, const odb_String& b) { return a.Cow() == b.Cow(); }
-inline bool operator!=(const odb_String& a, const odb_String& b) { return !(a == b); }
-inline bool operator<(const odb_String& a, const odb_String& b) { return a.compare(b) < 0; }
-inline bool operator==(const odb_String& a, const char* b) { return a.compare(b) == 0; }
-inline bool operator!=(const odb_String& a, const char* b) { return a.compare(b) != 0; }
+inline bool operator==(const odb_String& a, const odb_String& b) {
+  return a.Cow() == b.Cow();
+}
+inline bool operator!=(const odb_String& a, const odb_String& b) {
+  return !(a == b);
+}
+inline bool operator<(const odb_String& a, const odb_String& b) {
+  return a.compare(b) < 0;
+}
+inline bool operator==(const odb_String& a, const char* b) {
+  return a.compare(b) == 0;
+}
+inline bool operator!=(const odb_String& a, const char* b) {
+  return a.compare(b) != 0;
+}
 odb_String operator+(const odb_String& a, const odb_String& b);
 
 #endif

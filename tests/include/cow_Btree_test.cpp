@@ -65,7 +65,8 @@ TEST(CowBtree, AscendingKeysRotateTheRoot) {
   // A missing child weighs as much as a leaf, so the fourth and fifth keys rotate the root and
   // the tree ends one level deeper than a textbook balance would leave it.
   EXPECT_EQ(roots, (std::vector<std::string>{"1", "1", "1", "2", "3", "3", "3"}));
-  for (const char* key : {"1", "2", "3", "4", "5", "6", "7"}) EXPECT_NE(tree.ConstFind(key), nullptr);
+  for (const char* key : {"1", "2", "3", "4", "5", "6", "7"})
+    EXPECT_NE(tree.ConstFind(key), nullptr);
   EXPECT_EQ(CheckHeights(tree.Root().ConstGet()), 3);
 }
 

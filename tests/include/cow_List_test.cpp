@@ -52,9 +52,10 @@ TEST(CowList, RemovalsLeaveDefaultsAndRefuseEmptyOrOutOfRange) {
     const char* condition;
     int line;
   };
-  for (Case c : {Case{[](cow_List<int>& l) { l.RemoveLast(); }, "size", 52},
-                 Case{[](cow_List<int>& l) { l.RemoveFirst(); }, "size", 74},
-                 Case{[](cow_List<int>& l) { l.RemoveIndex(0); }, "0 <= index && index < size", 31}}) {
+  for (Case c :
+       {Case{[](cow_List<int>& l) { l.RemoveLast(); }, "size", 52},
+        Case{[](cow_List<int>& l) { l.RemoveFirst(); }, "size", 74},
+        Case{[](cow_List<int>& l) { l.RemoveIndex(0); }, "0 <= index && index < size", 31}}) {
     AssertRecorder asserts;
     c.call(list);
     EXPECT_TRUE(asserts.firedOnce(c.condition, "include/cow_List", c.line));

@@ -68,7 +68,8 @@ TEST(OdbStepRepository, KeepsInsertionOrderAndRefusesAbsentNames) {
 TEST(OdbStepRepository, CatalogueKeysFollowTheClassName) {
   using Map = uti_LabelMap<odb_StepRepositoryEnm, 1>;
   EXPECT_EQ(Map::Size(), 6);
-  EXPECT_STREQ(Map::ResourceString(odb_StepRepository_ALREADY_EXISTS), "odb_StepRepository_MSGID_05");
+  EXPECT_STREQ(Map::ResourceString(odb_StepRepository_ALREADY_EXISTS),
+               "odb_StepRepository_MSGID_05");
   EXPECT_EQ(odb_CatalogueMessage(odb_StepRepository_PREVIOUS_MISSING, {"Step-0"}),
             "Previous step \"Step-0\" not found.");
 }

@@ -44,7 +44,8 @@ std::string DoubleText(double value) {
 
 }  // namespace
 
-cow_String::cow_String(const char* text) : m_rep(text ? NewRep(text, std::strlen(text)) : nullptr) {}
+cow_String::cow_String(const char* text)
+    : m_rep(text ? NewRep(text, std::strlen(text)) : nullptr) {}
 
 cow_String::cow_String(const char* text, unsigned n) : m_rep(text ? NewRep(text, n) : nullptr) {}
 
@@ -67,7 +68,9 @@ cow_String::cow_String(const cow_String& other) : m_rep(other.m_rep) {
   if (m_rep) ++m_rep->count;
 }
 
-cow_String::~cow_String() { Release(m_rep); }
+cow_String::~cow_String() {
+  Release(m_rep);
+}
 
 cow_String& cow_String::operator=(const cow_String& other) {
   if (m_rep == other.m_rep) return *this;
@@ -84,7 +87,9 @@ cow_String& cow_String::operator=(const char* text) {
   return *this;
 }
 
-void cow_String::Delete(cow_StringRep* rep) { std::free(rep); }
+void cow_String::Delete(cow_StringRep* rep) {
+  std::free(rep);
+}
 
 void cow_String::MakePrivate(unsigned capacity) {
   unsigned length = Length();

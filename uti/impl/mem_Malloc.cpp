@@ -19,4 +19,6 @@ void* mem_Realloc(void* memory, std::size_t bytes) {
   return grown;
 }
 
-void mem_Free(void* memory) { std::free(memory); }
+void mem_Free(void* memory) {
+  std::free(memory);
+}
