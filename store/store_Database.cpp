@@ -1,0 +1,306 @@
+#include "store_Database.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <random>
+
+#include "store_Schema.h"
+#include "store_Statement.h"
+
+namespace {
+
+// Bulk arrays are cut into chunks of this many bytes: big enough that a chunk costs one
+// statement per few MB, small enough that writing one never doubles the memory of a writer.
+const std::size_t kChunkBytes = 4u << 20;
+
+std::string Folder(const std::string& path) {
+  std::string::size_type slash = path.rfind('/');
+  if (slash == std::string::npos) return ".";
+  return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+std::string NewCreationStamp() {
+  std::random_device device;
+  std::mt19937_64 random(
+      (static_cast<std::uint64_t>(device()) << 32) ^ device() ^
+      static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count()));
+  char id[40];
+  std::snprintf(id, sizeof id, "%016llx%016llx", static_cast<unsigned long long>(random()),
+                static_cast<unsigned long long>(random()));
+  std::time_t now = std::time(nullptr);
+  char when[32];
+  std::tm utc;
+  gmtime_r(&now, &utc);
+  std::strftime(when, sizeof when, "%Y-%m-%dT%H:%M:%SZ", &utc);
+  return std::string(id) + " " + when;
+}
+
+}  // namespace
+
+store_Database::store_Database(const std::string& path, bool readOnly)
+    : m_path(path), m_readOnly(readOnly) {}
+
+store_Database::~store_Database() {
+  m_cache.reset();
+  if (m_db) {
+    // Whatever was written since the last commit is discarded: the file stays as last saved.
+    if (!m_readOnly) sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr);
+    sqlite3_close_v2(m_db);
+  }
+}
+
+void store_Database::Connect(int flags) {
+  int rc = sqlite3_open_v2(m_path.c_str(), &m_db, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+  if (rc != SQLITE_OK) {
+    std::string reason = m_db ? sqlite3_errmsg(m_db) : sqlite3_errstr(rc);
+    throw store_Error(reason + ".");
+  }
+  sqlite3_extended_result_codes(m_db, 1);
+  sqlite3_busy_timeout(m_db, 5000);
+  m_cache.reset(new store_StatementCache(m_db));
+}
+
+void store_Database::Execute(const char* sql) {
+  char* error = nullptr;
+  int rc = sqlite3_exec(m_db, sql, nullptr, nullptr, &error);
+  if (rc != SQLITE_OK) {
+    std::string reason = error ? error : sqlite3_errstr(rc);
+    sqlite3_free(error);
+    throw store_Error(reason + ".");
+  }
+}
+
+store_Statement store_Database::Sql(const char* sql) {
+  return store_Statement(m_db, m_cache->Get(sql));
+}
+
+void store_Database::RequireWritable(const char* what) const {
+  if (m_readOnly) throw store_Error(std::string("The database is read-only: cannot ") + what + ".");
+}
+
+std::shared_ptr<store_Database> store_Database::Create(const std::string& path) {
+  std::string folder = Folder(path);
+  struct stat st;
+  if (::stat(folder.c_str(), &st) != 0) throw store_Error(std::strerror(errno) + std::string("."));
+  if (!S_ISDIR(st.st_mode)) throw store_Error(std::strerror(ENOTDIR) + std::string("."));
+  if (::access(folder.c_str(), W_OK) != 0)
+    throw store_Error(std::strerror(errno) + std::string("."));
+  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) ::unlink((path + suffix).c_str());
+
+  std::shared_ptr<store_Database> db(new store_Database(path, false));
+  db->Connect(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  // The identity pragmas and the schema are written in rollback mode, straight into the file,
+  // so that the first page on disk carries them even before the log is ever checkpointed.
+  db->Execute(store_kCreateSchema);
+  db->Sql("INSERT INTO header(key, value) VALUES ('creation_stamp', ?1)")
+      .Bind(1, NewCreationStamp())
+      .Run();
+  db->Execute("COMMIT");
+  db->Execute("PRAGMA journal_mode=WAL");
+  db->Execute(store_kWriterPragmas);
+  db->Execute("BEGIN IMMEDIATE");
+  return db;
+}
+
+std::shared_ptr<store_Database> store_Database::Open(const std::string& path, bool readOnly) {
+  int version = SchemaVersion(path);
+  if (version != store_kSchemaVersion)
+    throw store_Error("The file has schema version " + std::to_string(version) + ", not " +
+                      std::to_string(store_kSchemaVersion) + ".");
+  std::shared_ptr<store_Database> db(new store_Database(path, readOnly));
+  db->Connect(readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
+  db->Execute(store_kReaderPragmas);
+  if (!readOnly) {
+    db->Execute(store_kWriterPragmas);
+    db->Execute("BEGIN IMMEDIATE");
+  }
+  return db;
+}
+
+std::string store_Database::CreationStampOf(const std::string& path) {
+  try {
+    return Open(path, true)->CreationStamp();
+  } catch (const store_Error&) {
+    return std::string();
+  }
+}
+
+void store_Database::Commit() {
+  RequireWritable("save");
+  Execute("COMMIT");
+  Execute("BEGIN IMMEDIATE");
+}
+
+void store_Database::Rollback() {
+  if (m_readOnly) return;
+  Execute("ROLLBACK");
+  Execute("BEGIN IMMEDIATE");
+}
+
+std::string store_Database::Header(const std::string& key) {
+  store_Statement q = Sql("SELECT value FROM header WHERE key = ?1");
+  q.Bind(1, key);
+  return q.Step() ? q.Text(0) : std::string();
+}
+
+void store_Database::SetHeader(const std::string& key, const std::string& value) {
+  RequireWritable("write");
+  Sql("INSERT INTO header(key, value) VALUES (?1, ?2) ON CONFLICT(key) DO UPDATE SET value = ?2")
+      .Bind(1, key)
+      .Bind(2, value)
+      .Run();
+}
+
+std::string store_Database::CreationStamp() {
+  return Header("creation_stamp");
+}
+
+std::string store_Database::ModelTitle(const std::string& model) {
+  store_Statement q = Sql("SELECT title FROM model WHERE name = ?1");
+  q.Bind(1, model);
+  return q.Step() ? q.Text(0) : std::string();
+}
+
+void store_Database::SetModelTitle(const std::string& model, const std::string& title) {
+  RequireWritable("write");
+  Sql("INSERT INTO model(name, title) VALUES (?1, ?2) ON CONFLICT(name) DO UPDATE SET title = ?2")
+      .Bind(1, model)
+      .Bind(2, title)
+      .Run();
+}
+
+std::vector<store_StepRecord> store_Database::Steps() {
+  std::vector<store_StepRecord> steps;
+  store_Statement q =
+      Sql("SELECT id, name, description, domain, time_period, total_time, previous_step, procedure "
+          "FROM step ORDER BY id");
+  while (q.Step()) {
+    store_StepRecord s;
+    s.id = q.Int64(0);
+    s.name = q.Text(1);
+    s.description = q.Text(2);
+    s.domain = q.Int(3);
+    s.timePeriod = q.Double(4);
+    s.totalTime = q.Double(5);
+    s.previousStepName = q.Text(6);
+    s.procedure = q.Text(7);
+    steps.push_back(std::move(s));
+  }
+  return steps;
+}
+
+std::int64_t store_Database::AddStep(store_StepRecord& step) {
+  RequireWritable("write");
+  Sql("INSERT INTO step(name, description, domain, time_period, total_time, previous_step, "
+      "procedure) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7)")
+      .Bind(1, step.name)
+      .Bind(2, step.description)
+      .Bind(3, step.domain)
+      .Bind(4, step.timePeriod)
+      .Bind(5, step.totalTime)
+      .Bind(6, step.previousStepName)
+      .Bind(7, step.procedure)
+      .Run();
+  step.id = sqlite3_last_insert_rowid(m_db);
+  return step.id;
+}
+
+int store_Database::FrameCount(std::int64_t stepId) {
+  store_Statement q = Sql("SELECT count(*) FROM frame WHERE step_id = ?1");
+  q.Bind(1, stepId);
+  return q.Step() ? q.Int(0) : 0;
+}
+
+std::vector<store_FrameRecord> store_Database::Frames(std::int64_t stepId, int from) {
+  std::vector<store_FrameRecord> frames;
+  store_Statement q =
+      Sql("SELECT increment, frame_value, description, load_case FROM frame "
+          "WHERE step_id = ?1 AND frame_index >= ?2 ORDER BY frame_index");
+  q.Bind(1, stepId).Bind(2, from);
+  while (q.Step()) {
+    store_FrameRecord f;
+    f.incrementNumber = q.Int(0);
+    f.frameValue = static_cast<float>(q.Double(1));
+    f.description = q.Text(2);
+    f.loadCase = q.Text(3);
+    frames.push_back(std::move(f));
+  }
+  return frames;
+}
+
+int store_Database::AddFrame(std::int64_t stepId, const store_FrameRecord& frame) {
+  RequireWritable("write");
+  int index = FrameCount(stepId);
+  Sql("INSERT INTO frame(step_id, frame_index, increment, frame_value, description, load_case) "
+      "VALUES (?1, ?2, ?3, ?4, ?5, ?6)")
+      .Bind(1, stepId)
+      .Bind(2, index)
+      .Bind(3, frame.incrementNumber)
+      .Bind(4, static_cast<double>(frame.frameValue))
+      .Bind(5, frame.description)
+      .Bind(6, frame.loadCase)
+      .Run();
+  return index;
+}
+
+std::vector<std::string> store_Database::LoadCases(std::int64_t stepId) {
+  std::vector<std::string> names;
+  store_Statement q = Sql("SELECT name FROM load_case WHERE step_id = ?1 ORDER BY rowid");
+  q.Bind(1, stepId);
+  while (q.Step()) names.push_back(q.Text(0));
+  return names;
+}
+
+void store_Database::AddLoadCase(std::int64_t stepId, const std::string& name) {
+  RequireWritable("write");
+  Sql("INSERT OR IGNORE INTO load_case(step_id, name) VALUES (?1, ?2)")
+      .Bind(1, stepId)
+      .Bind(2, name)
+      .Run();
+}
+
+std::int64_t store_Database::PutArray(const std::string& kind, const void* data,
+                                      std::size_t bytes) {
+  RequireWritable("write");
+  Sql("INSERT INTO array(kind, bytes) VALUES (?1, ?2)")
+      .Bind(1, kind)
+      .Bind(2, static_cast<std::int64_t>(bytes))
+      .Run();
+  std::int64_t id = sqlite3_last_insert_rowid(m_db);
+  const char* at = static_cast<const char*>(data);
+  for (std::size_t offset = 0, chunk = 0; offset < bytes; offset += kChunkBytes, ++chunk) {
+    std::size_t n = bytes - offset < kChunkBytes ? bytes - offset : kChunkBytes;
+    Sql("INSERT INTO array_chunk(array_id, chunk, data) VALUES (?1, ?2, ?3)")
+        .Bind(1, id)
+        .Bind(2, static_cast<std::int64_t>(chunk))
+        .BindBlob(3, at + offset, static_cast<int>(n))
+        .Run();
+  }
+  return id;
+}
+
+std::size_t store_Database::ArrayBytes(std::int64_t id) {
+  store_Statement q = Sql("SELECT bytes FROM array WHERE id = ?1");
+  q.Bind(1, id);
+  if (!q.Step()) throw store_Error("No array " + std::to_string(id) + " in the file.");
+  return static_cast<std::size_t>(q.Int64(0));
+}
+
+void store_Database::GetArray(std::int64_t id, void* out) {
+  std::size_t expected = ArrayBytes(id), offset = 0;
+  store_Statement q = Sql("SELECT data FROM array_chunk WHERE array_id = ?1 ORDER BY chunk");
+  q.Bind(1, id);
+  while (q.Step()) {
+    std::size_t n = static_cast<std::size_t>(q.Bytes(0));
+    if (offset + n > expected) throw store_Error("Array " + std::to_string(id) + " is damaged.");
+    std::memcpy(static_cast<char*>(out) + offset, q.Blob(0), n);
+    offset += n;
+  }
+  if (offset != expected) throw store_Error("Array " + std::to_string(id) + " is damaged.");
+}

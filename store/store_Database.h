@@ -1,0 +1,125 @@
+// store_Database: the one interface between the library and its database file.
+//
+// One object per open file, shared (std::shared_ptr) by every public handle that reads or
+// writes through it. The file is an SQLite database; docs/file-format.md describes its tables.
+//
+// Transactions: a writable database keeps one transaction open from open (or the last Commit)
+// to the next Commit, so everything written between two saves is committed together, durably,
+// by Commit. Close, destruction, or a killed process leave the file exactly as last committed.
+// A read-only database reads the latest committed state at every call, so it sees what a writer
+// in another process commits after the open.
+//
+// Errors are thrown as store_Error with a reason fit to follow "Cannot open file X. " or
+// "Cannot create file X. " in a message. One thread at a time.
+#ifndef STORE_DATABASE_H
+#define STORE_DATABASE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+struct sqlite3;
+class store_Statement;
+class store_StatementCache;
+
+class store_Error : public std::runtime_error {
+ public:
+  explicit store_Error(const std::string& reason) : std::runtime_error(reason) {}
+};
+
+// The schema version of the files this release writes (PRAGMA user_version).
+constexpr int store_kSchemaVersion = 333;
+// The mark of this library's files (PRAGMA application_id), "QTVo" in ASCII.
+constexpr std::int32_t store_kApplicationId = 0x5154566F;
+
+struct store_StepRecord {
+  std::int64_t id = 0;  // assigned by the store
+  std::string name;
+  std::string description;
+  int domain = 0;
+  double timePeriod = 0.0;
+  double totalTime = 0.0;
+  std::string previousStepName;
+  std::string procedure;
+};
+
+struct store_FrameRecord {
+  int incrementNumber = 0;
+  float frameValue = 0.0f;  // single precision, as stored
+  std::string description;
+  std::string loadCase;  // empty: no load case
+};
+
+class store_Database {
+ public:
+  // Creates the file (replacing any file at that path) with an empty "Default Model" and a
+  // fresh creation stamp, committed, and returns it open for writing. Throws when the folder is
+  // missing or cannot be written.
+  static std::shared_ptr<store_Database> Create(const std::string& path);
+  // Opens an existing file of the current schema version.
+  static std::shared_ptr<store_Database> Open(const std::string& path, bool readOnly);
+  // Checks that `path` is a readable database file of this library and returns its schema
+  // version, reading only its first page. Throws for a missing, empty, truncated or foreign file.
+  static int SchemaVersion(const std::string& path);
+  // The creation stamp of the file at `path` ("" when it cannot be read); a cheap read.
+  static std::string CreationStampOf(const std::string& path);
+
+  ~store_Database();
+  store_Database(const store_Database&) = delete;
+  store_Database& operator=(const store_Database&) = delete;
+
+  const std::string& Path() const { return m_path; }
+  bool ReadOnly() const { return m_readOnly; }
+
+  // Makes everything written since the last commit durable (on disk when it returns) and starts
+  // the next transaction. Refused on a read-only database.
+  void Commit();
+  // Discards what was written since the last commit.
+  void Rollback();
+
+  // Identity: a random identity and the creation time, fixed at creation.
+  std::string CreationStamp();
+  std::string Header(const std::string& key);
+  void SetHeader(const std::string& key, const std::string& value);
+
+  // Models: "Default Model" always exists.
+  std::string ModelTitle(const std::string& model);
+  void SetModelTitle(const std::string& model, const std::string& title);
+
+  // Steps in the order they were added; frames of a step in creation order.
+  std::vector<store_StepRecord> Steps();
+  std::int64_t AddStep(store_StepRecord& step);
+  int FrameCount(std::int64_t stepId);
+  std::vector<store_FrameRecord> Frames(std::int64_t stepId, int from = 0);
+  // Appends a frame and returns its index in the step (0 for the first).
+  int AddFrame(std::int64_t stepId, const store_FrameRecord& frame);
+  std::vector<std::string> LoadCases(std::int64_t stepId);
+  void AddLoadCase(std::int64_t stepId, const std::string& name);
+
+  // Bulk arrays: stored as chunked blobs of a few MB, never a row per value. `kind` says what
+  // the array holds (for readers of the file); the id is what owners record.
+  std::int64_t PutArray(const std::string& kind, const void* data, std::size_t bytes);
+  std::size_t ArrayBytes(std::int64_t id);
+  // Reads the whole array into `out` (which must hold ArrayBytes(id) bytes).
+  void GetArray(std::int64_t id, void* out);
+
+  // The connection and a cached prepared statement, for the store's own modules.
+  sqlite3* Connection() const { return m_db; }
+  store_Statement Sql(const char* sql);
+
+ private:
+  store_Database(const std::string& path, bool readOnly);
+  void Connect(int flags);
+  void Execute(const char* sql);
+  void RequireWritable(const char* what) const;
+
+  std::string m_path;
+  bool m_readOnly;
+  sqlite3* m_db = nullptr;
+  std::unique_ptr<store_StatementCache> m_cache;
+};
+
+#endif

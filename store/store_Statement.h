@@ -1,0 +1,90 @@
+// store_Statement: a prepared SQLite statement with typed binding and reading, reset on reuse.
+//
+// Statements are prepared once per connection and kept by store_StatementCache, so that hot
+// calls (a frame appended, a chunk written) cost a bind and a step, not a parse.
+#ifndef STORE_STATEMENT_H
+#define STORE_STATEMENT_H
+
+#include <sqlite3.h>
+
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+
+#include "store_Database.h"
+
+// Throws store_Error with SQLite's own message for a failed call.
+void store_Check(sqlite3* db, int rc, const char* what);
+
+class store_Statement {
+ public:
+  store_Statement(sqlite3* db, sqlite3_stmt* stmt) : m_db(db), m_stmt(stmt) {
+    sqlite3_reset(m_stmt);
+  }
+  ~store_Statement() {
+    sqlite3_reset(m_stmt);
+    sqlite3_clear_bindings(m_stmt);
+  }
+  store_Statement(const store_Statement&) = delete;
+  store_Statement& operator=(const store_Statement&) = delete;
+
+  store_Statement& Bind(int i, std::int64_t v) { return Checked(sqlite3_bind_int64(m_stmt, i, v)); }
+  store_Statement& Bind(int i, int v) { return Checked(sqlite3_bind_int(m_stmt, i, v)); }
+  store_Statement& Bind(int i, double v) { return Checked(sqlite3_bind_double(m_stmt, i, v)); }
+  store_Statement& Bind(int i, const std::string& v) {
+    return Checked(
+        sqlite3_bind_text(m_stmt, i, v.data(), static_cast<int>(v.size()), SQLITE_TRANSIENT));
+  }
+  // The bytes must stay alive until the statement has been stepped.
+  store_Statement& BindBlob(int i, const void* data, int bytes) {
+    return Checked(sqlite3_bind_blob(m_stmt, i, data, bytes, SQLITE_STATIC));
+  }
+
+  // True while a row is available; false when done.
+  bool Step() {
+    int rc = sqlite3_step(m_stmt);
+    if (rc == SQLITE_ROW) return true;
+    if (rc == SQLITE_DONE) return false;
+    store_Check(m_db, rc, "step");
+    return false;
+  }
+  // Runs a statement that returns no rows.
+  void Run() { Step(); }
+
+  std::int64_t Int64(int col) const { return sqlite3_column_int64(m_stmt, col); }
+  int Int(int col) const { return sqlite3_column_int(m_stmt, col); }
+  double Double(int col) const { return sqlite3_column_double(m_stmt, col); }
+  std::string Text(int col) const {
+    const unsigned char* text = sqlite3_column_text(m_stmt, col);
+    return text
+               ? std::string(reinterpret_cast<const char*>(text), sqlite3_column_bytes(m_stmt, col))
+               : std::string();
+  }
+  const void* Blob(int col) const { return sqlite3_column_blob(m_stmt, col); }
+  int Bytes(int col) const { return sqlite3_column_bytes(m_stmt, col); }
+
+ private:
+  store_Statement& Checked(int rc) {
+    store_Check(m_db, rc, "bind");
+    return *this;
+  }
+  sqlite3* m_db;
+  sqlite3_stmt* m_stmt;
+};
+
+// Prepared statements of one connection, keyed by their SQL text.
+class store_StatementCache {
+ public:
+  explicit store_StatementCache(sqlite3* db) : m_db(db) {}
+  ~store_StatementCache();
+  store_StatementCache(const store_StatementCache&) = delete;
+  store_StatementCache& operator=(const store_StatementCache&) = delete;
+
+  sqlite3_stmt* Get(const char* sql);
+
+ private:
+  sqlite3* m_db;
+  std::unordered_map<std::string, sqlite3_stmt*> m_statements;
+};
+
+#endif
