@@ -1,4 +1,14 @@
-#include "odb_StepRepositoryBase.h"
+#include "odb_StepRepository.h"
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "odb_Exception.h"
+#include "odb_Message.h"
+#include "odb_StepData.h"
+#include "store_Database.h"
 
 const uti_LabelRow<odb_StepRepositoryEnm> uti_LabelTable<odb_StepRepositoryEnm, 1>::rows[] = {
     {"No step named \"%s\" in StepContainer.", "odb_StepRepository_MSGID_00",
@@ -13,3 +23,106 @@ const uti_LabelRow<odb_StepRepositoryEnm> uti_LabelTable<odb_StepRepositoryEnm, 
     {"A Step named \"%s\" already exists.", "odb_StepRepository_MSGID_05",
      odb_StepRepository_ALREADY_EXISTS},
     {nullptr, nullptr, {}}};
+
+namespace {
+
+const char* const kSource = "odb/impl/odb_StepRepository";
+
+std::string Text(const odb_String& s) {
+  return std::string(s.CStr(), s.Length());
+}
+
+odb_String FromText(const std::string& s) {
+  return odb_String(s.data(), static_cast<unsigned>(s.size()));
+}
+
+void RefuseEmptyName(const odb_String& name, int site) {
+  if (name.Empty())
+    odb_ThrowMessage(odb_CatalogueMessage(odb_StepRepository_INVALID_NAME), kSource, site);
+}
+
+}  // namespace
+
+odb_StepRepository::odb_StepRepository(std::shared_ptr<store_Database> store)
+    : m_store(std::move(store)) {}
+
+void odb_StepRepository::Load() {
+  if (!m_store) return;
+  for (const store_StepRecord& record : m_store->Steps()) {
+    const odb_String name = FromText(record.name);
+    if (!isMember(name)) append(name, odb_Step(std::make_shared<odb_StepData>(m_store, record)));
+  }
+}
+
+odb_Step& odb_StepRepository::AddStep(const odb_String& name, const odb_String& description,
+                                      odb_Enum::odb_DomainEnum domain, double timePeriod,
+                                      const odb_String& previousStepName,
+                                      const odb_String& procedure, double totalTime) {
+  RefuseEmptyName(name, 64);
+  if (isMember(name))
+    odb_ThrowMessage(odb_CatalogueMessage(odb_StepRepository_ALREADY_EXISTS, {name}), kSource, 66);
+  if (!m_store) odb_ThrowMessage("The step repository belongs to no database.", kSource, 67);
+  store_StepRecord record;
+  record.name = Text(name);
+  record.description = Text(description);
+  record.domain = domain;
+  record.timePeriod = timePeriod;
+  record.totalTime = totalTime;
+  record.previousStepName = Text(previousStepName);
+  record.procedure = Text(procedure);
+  m_store->AddStep(record);  // sets record.id
+  append(name, odb_Step(std::make_shared<odb_StepData>(m_store, record)));
+  return get(name);
+}
+
+bool odb_StepRepository::Update() {
+  if (!m_store) return false;
+  bool found = false;
+  // A stored step carries its own previous step's name, so the walk needs no running one.
+  for (const store_StepRecord& record : m_store->Steps()) {
+    const odb_String name = FromText(record.name);
+    if (!isMember(name)) {
+      append(name, odb_Step(std::make_shared<odb_StepData>(m_store, record)));
+      found = true;
+    } else if (get(name).update()) {
+      found = true;
+    }
+  }
+  return found;
+}
+
+odb_Step& odb_StepRepository::StaticStep(const odb_String& name, const odb_String& description,
+                                         const odb_String& previousStepName) {
+  return ProcedureStep(name, description, previousStepName, "*STATIC");
+}
+
+odb_Step& odb_StepRepository::StaticLinearPerturbationStep(const odb_String& name,
+                                                           const odb_String& description,
+                                                           const odb_String& previousStepName) {
+  return ProcedureStep(name, description, previousStepName, "*STATIC, PERTURBATION");
+}
+
+odb_Step& odb_StepRepository::HeatTransferStep(const odb_String& name,
+                                               const odb_String& description,
+                                               const odb_String& previousStepName) {
+  return ProcedureStep(name, description, previousStepName, "*HEAT TRANSFER");
+}
+
+odb_Step& odb_StepRepository::ProcedureStep(const odb_String& name, const odb_String& description,
+                                            const odb_String& previousStepName,
+                                            const char* procedure) {
+  RefuseEmptyName(name, 118);
+  double totalTime = 0.0;
+  if (!previousStepName.Empty()) {
+    if (!isMember(previousStepName))
+      odb_ThrowMessage(
+          odb_CatalogueMessage(odb_StepRepository_PREVIOUS_MISSING, {previousStepName}), kSource,
+          123);
+    // The new step starts where the previous one ends.
+    const odb_Step& previous = constGet(previousStepName);
+    totalTime = previous.totalTime() + previous.timePeriod();
+  }
+  const double timePeriod = 1.0;
+  return AddStep(name, description, odb_Enum::TIME, timePeriod, previousStepName, procedure,
+                 totalTime);
+}

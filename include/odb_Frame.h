@@ -1,0 +1,86 @@
+// odb_Frame: one frame of a step (one stored increment, mode or load case), as a handle.
+//
+// A frame is written once, by its step's creators (odb_Step::Frame), and never changes after;
+// the handle holds a shared, read-only copy of its record, so copying a frame costs O(1) and a
+// frame stays valid after its step handle is gone. The database itself (not the handle) owns the
+// stored frame. A default-constructed frame is an empty handle: it belongs to no step and its
+// accessors give the neutral values noted below.
+//
+// What the numbers mean depends on the step's domain:
+//   TIME, ARC_LENGTH   frameId = the increment number given at creation; mode() = -1 (none);
+//                      frequency() = 0.
+//   FREQUENCY, MODAL   the increment number given at creation is the mode number: frameId and
+//                      mode() both report it; frequency() = frameValue().
+// Cyclic symmetry is not written by this library: every frame reports cyclicModeNumber() -1,
+// isImaginary() false and no associated frame.
+//
+// One thread at a time for a frame and its copies.
+#ifndef ODB_FRAME_H
+#define ODB_FRAME_H
+
+#include <memory>
+
+#include "odb_Enum.h"
+#include "odb_LoadCase.h"
+#include "odb_String.h"
+#include "uti_LabelMap.h"
+
+// The messages of frames.
+enum odb_FrameEnm : int {
+  odb_Frame_FIELD_EXISTS = 0  // %s: the field output's name
+};
+
+template <>
+struct uti_LabelTable<odb_FrameEnm, 1> {
+  static const uti_LabelRow<odb_FrameEnm> rows[];
+};
+
+struct odb_FrameData;
+
+class odb_Frame {
+ public:
+  // An empty handle.
+  odb_Frame() = default;
+  // Used by the step and its frame sequence; `data` is never changed afterwards.
+  explicit odb_Frame(std::shared_ptr<const odb_FrameData> data);
+
+  // The index of the frame in its step, 0 for the first, in creation order; -1 when empty.
+  int frameIndex() const;
+  // The identifier within the step (see the table above); -1 when empty.
+  int frameId() const;
+  // The increment (or mode) number given at creation; -1 when empty.
+  int incrementNumber() const;
+  // The value as stored, in single precision: a frame created with 0.1 reports double(0.1f).
+  double frameValue() const;
+  // The mode number for FREQUENCY and MODAL steps, -1 otherwise.
+  int mode() const;
+  // The frame value for FREQUENCY and MODAL steps, 0 otherwise.
+  double frequency() const;
+  odb_String description() const;
+  // The domain of the frame's step (TIME when empty).
+  odb_Enum::odb_DomainEnum domain() const;
+  // The frame's load case; the empty load case when it has none.
+  const odb_LoadCase& loadCase() const;
+
+  // -1: no cyclic-symmetry mode.
+  int cyclicModeNumber() const { return -1; }
+  bool isImaginary() const { return false; }
+  bool hasAssociatedFrame() const { return false; }
+  // The other half of a cyclic-symmetry pair; since no frame has one, an empty frame.
+  odb_Frame associatedFrame() const { return odb_Frame(); }
+
+  // Picks up what other writers added to this frame since the handle was made and returns true
+  // when there was any. A frame's own record never changes once written and a frame holds
+  // nothing else yet, so this returns false.
+  bool update() { return false; }
+
+  // True for a default-constructed handle.
+  bool isEmpty() const { return !m_data; }
+
+ private:
+  const odb_FrameData& Data() const;
+
+  std::shared_ptr<const odb_FrameData> m_data;
+};
+
+#endif

@@ -1,0 +1,267 @@
+#include "odb_Step.h"
+
+#include <cmath>
+#include <limits>
+#include <string>
+#include <utility>
+
+#include "odb_Exception.h"
+#include "odb_FrameData.h"
+#include "odb_Message.h"
+#include "odb_StepData.h"
+
+const uti_LabelRow<odb_StepEnm> uti_LabelTable<odb_StepEnm, 1>::rows[] = {
+    {"A historyRegion named '%1$s' already exists in step '%2$s'.", "odb_Step_MSGID_00",
+     odb_Step_HISTORY_REGION_EXISTS},
+    {"Could not read history '%1$s'. %2$s", "odb_Step_MSGID_01", odb_Step_HISTORY_UNREADABLE},
+    {"Incorrect index for frame.", "odb_Step_MSGID_02", odb_Step_BAD_FRAME_INDEX},
+    // The key skips 03 and the text has no full stop: both are matched on as they stand.
+    {"Frame not found", "odb_Step_MSGID_04", odb_Step_FRAME_NOT_FOUND},
+    {nullptr, nullptr, {}}};
+
+namespace {
+
+const char* const kSource = "odb/impl/odb_Step";
+
+std::string Text(const odb_String& s) {
+  return std::string(s.CStr(), s.Length());
+}
+
+odb_String FromText(const std::string& s) {
+  return odb_String(s.data(), static_cast<unsigned>(s.size()));
+}
+
+// A domain number this release does not know (a newer or damaged file) reads as TIME, the one
+// domain whose frames need nothing beyond their value.
+odb_Enum::odb_DomainEnum DomainOf(int stored) {
+  return stored >= odb_Enum::TIME && stored <= odb_Enum::MODAL
+             ? static_cast<odb_Enum::odb_DomainEnum>(stored)
+             : odb_Enum::TIME;
+}
+
+// Frame values are kept in single precision. A double beyond the float range would make the
+// conversion undefined, so it becomes the infinity of its sign, as rounding would give.
+float Narrow(double value) {
+  const double largest = std::numeric_limits<float>::max();
+  if (value > largest) return std::numeric_limits<float>::infinity();
+  if (value < -largest) return -std::numeric_limits<float>::infinity();
+  return static_cast<float>(value);
+}
+
+odb_Frame FrameOf(const odb_StepData& step, const store_FrameRecord& record, int index) {
+  auto data = std::make_shared<odb_FrameData>();
+  data->index = index;
+  data->incrementNumber = record.incrementNumber;
+  data->frameValue = record.frameValue;
+  data->description = FromText(record.description);
+  if (!record.loadCase.empty()) data->loadCase = odb_LoadCase(FromText(record.loadCase));
+  data->domain = step.domain;
+  data->store = step.store;
+  data->stepId = step.id;
+  return odb_Frame(std::move(data));
+}
+
+// Stores a new frame and keeps the cache, when there is one, in step with the store.
+odb_Frame AppendFrame(odb_StepData& step, const store_FrameRecord& record) {
+  const int index = step.store->AddFrame(step.id, record);
+  if (step.framesRead) {
+    if (index == static_cast<int>(step.frames.size()))
+      step.frames.push_back(record);
+    else
+      step.ReadNewFrames();  // the store numbered it differently: trust the store
+  }
+  return FrameOf(step, record, index);
+}
+
+}  // namespace
+
+odb_StepData::odb_StepData(std::shared_ptr<store_Database> db, const store_StepRecord& record)
+    : store(std::move(db)),
+      id(record.id),
+      name(FromText(record.name)),
+      description(FromText(record.description)),
+      domain(DomainOf(record.domain)),
+      timePeriod(record.timePeriod),
+      totalTime(record.totalTime),
+      previousStepName(FromText(record.previousStepName)),
+      procedure(FromText(record.procedure)) {}
+
+void odb_StepData::ReadFrames() {
+  if (framesRead) return;
+  if (store) frames = store->Frames(id);
+  framesRead = true;
+}
+
+bool odb_StepData::ReadNewFrames() {
+  if (!framesRead || !store) return false;
+  std::vector<store_FrameRecord> more = store->Frames(id, static_cast<int>(frames.size()));
+  for (store_FrameRecord& record : more) frames.push_back(std::move(record));
+  return !more.empty();
+}
+
+bool odb_StepData::ReadLoadCases() {
+  bool found = false;
+  if (store) {
+    for (const std::string& name : store->LoadCases(id)) {
+      const odb_String key = FromText(name);
+      if (loadCases.insert(key, odb_LoadCase(key))) found = true;
+    }
+  }
+  loadCasesRead = true;
+  return found;
+}
+
+odb_Frame odb_StepData::MakeFrame(int i) const {
+  return FrameOf(*this, frames[static_cast<std::size_t>(i)], i);
+}
+
+namespace {
+
+const odb_StepData& EmptyStep() {
+  static const odb_StepData empty(nullptr, store_StepRecord());
+  return empty;
+}
+
+// The data of a step that is about to be written to; an empty handle has nowhere to write.
+odb_StepData& Writable(const std::shared_ptr<odb_StepData>& data, int site) {
+  if (!data || !data->store) odb_ThrowMessage("The step belongs to no database.", kSource, site);
+  return *data;
+}
+
+void EnsureLoadCases(odb_StepData& step) {
+  if (!step.loadCasesRead) step.ReadLoadCases();
+}
+
+}  // namespace
+
+odb_Step::odb_Step() = default;
+
+odb_Step::odb_Step(std::shared_ptr<odb_StepData> data) : m_data(data), m_frames(std::move(data)) {}
+
+odb_String odb_Step::name() const {
+  return m_data ? m_data->name : EmptyStep().name;
+}
+
+odb_String odb_Step::description() const {
+  return m_data ? m_data->description : EmptyStep().description;
+}
+
+odb_Enum::odb_DomainEnum odb_Step::domain() const {
+  return m_data ? m_data->domain : EmptyStep().domain;
+}
+
+odb_String odb_Step::procedure() const {
+  return m_data ? m_data->procedure : EmptyStep().procedure;
+}
+
+double odb_Step::timePeriod() const {
+  return m_data ? m_data->timePeriod : EmptyStep().timePeriod;
+}
+
+double odb_Step::totalTime() const {
+  return m_data ? m_data->totalTime : EmptyStep().totalTime;
+}
+
+odb_String odb_Step::previousStepName() const {
+  return m_data ? m_data->previousStepName : EmptyStep().previousStepName;
+}
+
+odb_Frame odb_Step::Frame(int incrementNumber, double frameValue, const odb_String& description) {
+  odb_StepData& step = Writable(m_data, 131);
+  store_FrameRecord record;
+  record.incrementNumber = incrementNumber;
+  record.frameValue = Narrow(frameValue);
+  record.description = Text(description);
+  return AppendFrame(step, record);
+}
+
+odb_Frame odb_Step::Frame(const odb_LoadCase& loadCase, const odb_String& description) {
+  return Frame(loadCase, description, 0.0);
+}
+
+odb_Frame odb_Step::Frame(const odb_LoadCase& loadCase, const odb_String& description,
+                          double frameValue) {
+  odb_StepData& step = Writable(m_data, 152);
+  if (!loadCase.isEmpty()) {
+    EnsureLoadCases(step);
+    step.loadCases.CheckKey(loadCase.name());
+  }
+  store_FrameRecord record;
+  // Load-case frames have no increment of their own; their index identifies them.
+  record.incrementNumber =
+      step.framesRead ? static_cast<int>(step.frames.size()) : step.store->FrameCount(step.id);
+  record.frameValue = Narrow(frameValue);
+  record.description = Text(description);
+  record.loadCase = Text(loadCase.name());
+  return AppendFrame(step, record);
+}
+
+odb_LoadCase& odb_Step::LoadCase(const odb_String& name) {
+  odb_StepData& step = Writable(m_data, 170);
+  if (name.Empty()) odb_ThrowMessage("Invalid load case name.", kSource, 171);
+  EnsureLoadCases(step);
+  if (!step.loadCases.isMember(name)) {
+    step.store->AddLoadCase(step.id, Text(name));
+    step.loadCases.insert(name, odb_LoadCase(name));
+  }
+  return step.loadCases.get(name);
+}
+
+odb_Step::LoadCaseRepository& odb_Step::loadCases() {
+  odb_StepData& step = Writable(m_data, 181);
+  EnsureLoadCases(step);
+  return step.loadCases;
+}
+
+const odb_Step::LoadCaseRepository& odb_Step::loadCases() const {
+  if (!m_data) return EmptyStep().loadCases;
+  EnsureLoadCases(*m_data);
+  return m_data->loadCases;
+}
+
+odb_Frame odb_Step::getFrame(double value, odb_Enum::odb_MatchEnum match) const {
+  return getFrame(odb_LoadCase(), value, match);
+}
+
+odb_Frame odb_Step::getFrame(const odb_LoadCase& loadCase, double value,
+                             odb_Enum::odb_MatchEnum match) const {
+  if (m_data) m_data->ReadFrames();
+  const std::vector<store_FrameRecord>& frames = m_data ? m_data->frames : EmptyStep().frames;
+  const std::string wanted = Text(loadCase.name());
+  double best = std::numeric_limits<double>::max();
+  int chosen = -1;
+  for (std::size_t i = 0; i < frames.size(); ++i) {
+    if (!wanted.empty() && frames[i].loadCase != wanted) continue;
+    const double t = frames[i].frameValue;
+    const double d = value - t;
+    // The comparisons are written as stated so that their strictness, which settles ties
+    // (CLOSEST and BEFORE keep the earlier frame, AFTER takes the later), is plain to see.
+    switch (static_cast<int>(match)) {
+      case odb_Enum::CLOSEST:
+        if (!(std::fabs(d) < best)) continue;
+        break;
+      case odb_Enum::BEFORE:
+        if (t > value || !(value - t < best)) continue;
+        break;
+      case odb_Enum::AFTER:
+        if (t < value || t - value > best) continue;
+        break;
+      case odb_Enum::EXACT:
+        if (!(t == value)) continue;
+        break;
+      default:  // any other value takes every frame: the last one wins
+        break;
+    }
+    chosen = static_cast<int>(i);
+    best = std::fabs(d);
+  }
+  if (chosen < 0) odb_ThrowMessage(odb_CatalogueMessage(odb_Step_FRAME_NOT_FOUND), kSource, 226);
+  return m_data->MakeFrame(chosen);
+}
+
+bool odb_Step::update() {
+  if (!m_data) return false;
+  bool found = m_data->ReadNewFrames();
+  if (m_data->loadCasesRead && m_data->ReadLoadCases()) found = true;
+  return found;
+}

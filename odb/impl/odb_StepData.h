@@ -1,0 +1,53 @@
+// odb_StepData: what a step handle shares with its copies and its frame views; internal.
+//
+// The step's stored description, and the caches of its frame records and load cases, each
+// filled on first use. Frame records are kept as the store gives them (values in single
+// precision); frame handles are built from them on demand.
+#ifndef ODB_STEPDATA_H
+#define ODB_STEPDATA_H
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "odb_Enum.h"
+#include "odb_Frame.h"
+#include "odb_LoadCase.h"
+#include "odb_Repository.h"
+#include "odb_String.h"
+#include "store_Database.h"
+
+struct odb_StepData {
+  std::shared_ptr<store_Database> store;
+  std::int64_t id = 0;
+  odb_String name;
+  odb_String description;
+  odb_Enum::odb_DomainEnum domain = odb_Enum::TIME;
+  double timePeriod = 0.0;
+  double totalTime = 0.0;
+  odb_String previousStepName;
+  odb_String procedure;
+
+  bool framesRead = false;
+  std::vector<store_FrameRecord> frames;
+  bool loadCasesRead = false;
+  odb_Repository<odb_String, odb_LoadCase> loadCases;
+
+  // A step's data from its stored record; nothing of its frames is read.
+  odb_StepData(std::shared_ptr<store_Database> db, const store_StepRecord& record);
+
+  // Reads all frame records once; later calls do nothing.
+  void ReadFrames();
+  // Reads the frame records beyond those held; true when there were any. Only once read.
+  bool ReadNewFrames();
+  // Reads the stored load cases not yet held; true when there were any.
+  bool ReadLoadCases();
+  int FrameCount() {
+    ReadFrames();
+    return static_cast<int>(frames.size());
+  }
+  // A frame handle on record i (index checked by the caller).
+  odb_Frame MakeFrame(int i) const;
+};
+
+#endif
