@@ -166,9 +166,18 @@ struct cow_BtreeNode {
       slot.Swap(rest);
       return;
     }
-    // Two children: the successor (the smallest key on the right) takes the node's place.
-    TakeSmallest(node->right, node->key, node->value);
-    RemoveNode(slot, node->right);
+    // Two children: the successor node (the smallest key on the right) is relinked into the
+    // node's place. Nodes are moved, never their values, so a reference to any other entry's
+    // value stays valid across the removal.
+    Handle successor;
+    DetachSmallest(node->right, successor);
+    if (node->right.HasObject()) Balance(node->right);
+    cow_BtreeNode* promoted = successor.Get();
+    promoted->left.Swap(node->left);
+    promoted->right.Swap(node->right);
+    promoted->UpdateHeight();
+    successor.RecordHeight();
+    slot.Swap(successor);
   }
 
   // After a removal below `child`: rebalance that position and recompute the parent's height.
@@ -225,18 +234,17 @@ struct cow_BtreeNode {
     slot.Swap(top);
   }
 
-  static void TakeSmallest(Handle& slot, K& k, V& v) {
+  // Moves the node with the smallest key below `slot` into `out`; its right subtree takes its
+  // place.
+  static void DetachSmallest(Handle& slot, Handle& out) {
     cow_BtreeNode* node = slot.Get();
     if (node->left.HasObject()) {
-      TakeSmallest(node->left, k, v);
+      DetachSmallest(node->left, out);
       RemoveNode(slot, node->left);
       return;
     }
-    k = node->key;
-    v = node->value;
-    Handle rest;
-    rest.Swap(node->right);
-    slot.Swap(rest);
+    out.Swap(slot);
+    slot.Swap(out.Get()->right);
   }
 };
 

@@ -47,12 +47,16 @@ store_Database::store_Database(const std::string& path, bool readOnly)
     : m_path(path), m_readOnly(readOnly) {}
 
 store_Database::~store_Database() {
+  Close();
+}
+
+void store_Database::Close() {
   m_cache.reset();
-  if (m_db) {
-    // Whatever was written since the last commit is discarded: the file stays as last saved.
-    if (!m_readOnly) sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr);
-    sqlite3_close_v2(m_db);
-  }
+  if (!m_db) return;
+  // Whatever was written since the last commit is discarded: the file stays as last saved.
+  if (!m_readOnly) sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr);
+  sqlite3_close_v2(m_db);
+  m_db = nullptr;
 }
 
 void store_Database::Connect(int flags) {
@@ -67,6 +71,7 @@ void store_Database::Connect(int flags) {
 }
 
 void store_Database::Execute(const char* sql) {
+  if (!m_db) throw store_Error("The database is closed.");
   char* error = nullptr;
   int rc = sqlite3_exec(m_db, sql, nullptr, nullptr, &error);
   if (rc != SQLITE_OK) {
@@ -77,6 +82,7 @@ void store_Database::Execute(const char* sql) {
 }
 
 store_Statement store_Database::Sql(const char* sql) {
+  if (!m_db) throw store_Error("The database is closed.");
   return store_Statement(m_db, m_cache->Get(sql));
 }
 

@@ -17,17 +17,22 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "odb_Exception.h"
+#include "odb_Exceptions.h"
 
 struct sqlite3;
 class store_Statement;
 class store_StatementCache;
 
-class store_Error : public std::runtime_error {
+// A failure of the file; callers of the public interface see it as the odb_Exception it is, with
+// the reason as its message.
+class store_Error : public odb_Exception {
  public:
-  explicit store_Error(const std::string& reason) : std::runtime_error(reason) {}
+  explicit store_Error(const std::string& reason)
+      : odb_Exception(odb_Exceptions_DETAIL, odb_String(), odb_String(reason.c_str())) {}
 };
 
 // The schema version of the files this release writes (PRAGMA user_version).
@@ -79,6 +84,10 @@ class store_Database {
   void Commit();
   // Discards what was written since the last commit.
   void Rollback();
+  // Discards what was written since the last commit and closes the file; every later call
+  // throws. Handles that still share this object see a closed database.
+  void Close();
+  bool IsOpen() const { return m_db != nullptr; }
 
   // Identity: a random identity and the creation time, fixed at creation.
   std::string CreationStamp();

@@ -93,6 +93,19 @@ TEST(CowBtree, AgreesWithReferenceMapAndStaysBalanced) {
   EXPECT_LE(CheckHeights(tree.Root().ConstGet()), 3 * std::log2(reference.size() + 1.0));
 }
 
+TEST(CowBtree, RemovalNeverMovesOtherValues) {
+  Tree tree;
+  for (int i = 0; i < 64; ++i) tree.Insert(odb_String(i), i);
+  std::map<int, const int*> addresses;
+  for (int i = 0; i < 64; ++i) addresses[i] = &tree.Find(odb_String(i))->value;
+  for (int i = 0; i < 64; i += 3) {
+    tree.Remove(odb_String(i));
+    addresses.erase(i);
+    for (const auto& [key, address] : addresses)
+      ASSERT_EQ(&tree.ConstFind(odb_String(key))->value, address);
+  }
+}
+
 TEST(CowBtree, CopyIsUnaffectedByWritesToTheOriginal) {
   Tree tree;
   for (int i = 0; i < 20; ++i) tree.Insert(odb_String(i), i);

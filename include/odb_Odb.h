@@ -1,0 +1,93 @@
+// odb_Odb: one open output database as a program sees it.
+//
+// A handle: copies share the database's identity, its file and its repositories, so copying
+// costs O(1). The registry of open databases owns the handles that Odb and openOdb return;
+// callers keep references and never delete them; closeOdb, close() or shut-down end them, after
+// which the file is closed and the repositories read nothing more.
+//
+// Steps are read from the file on first use (steps(), Step, getFrame), frames of a step on first
+// use of that step's frames. Writes go to the file at once, inside the transaction that the next
+// save commits; closing without saving leaves the file as it was last saved. One thread at a
+// time.
+#ifndef ODB_ODB_H
+#define ODB_ODB_H
+
+#include <memory>
+
+#include "odb_Enum.h"
+#include "odb_Frame.h"
+#include "odb_Step.h"
+#include "odb_StepRepository.h"
+#include "odb_String.h"
+
+class store_Database;
+struct odb_OdbData;
+
+// The messages of the database object.
+enum odb_OdbEnm : int {
+  odb_Odb_SAVE_FAILED = 0,
+  odb_Odb_PATH_CHANGE = 1,
+  odb_Odb_FRAME_NOT_FOUND = 2,
+  odb_Odb_PREVIOUS_STEP_MISSING = 3,  // %s: the previous step's name
+  odb_Odb_STEP_EXISTS = 4,            // %s: the step's name
+  odb_Odb_PART_EXISTS = 5             // %s: the part's name
+};
+
+template <>
+struct uti_LabelTable<odb_OdbEnm, 1> {
+  static const uti_LabelRow<odb_OdbEnm> rows[];
+};
+
+class odb_Odb {
+ public:
+  // An empty database: no file; the registry returns it for a name it does not hold.
+  odb_Odb();
+  // Used by the registry when it creates or opens a file.
+  odb_Odb(const odb_String& name, const odb_String& analysisTitle, const odb_String& description,
+          const odb_String& path, std::shared_ptr<store_Database> ddb, bool readOnly,
+          bool onlyUserDefinedData = false);
+
+  odb_String name() const;
+  odb_String analysisTitle() const;
+  odb_String description() const;
+  // The absolute path, with forward slashes.
+  odb_String path() const;
+  bool isReadOnly() const;
+  // False for the empty database and after the file was closed.
+  bool isOpen() const;
+  // The file, shared; null for the empty database.
+  std::shared_ptr<store_Database> ddb() const;
+
+  // The steps in the order they were added; `step()` is the same repository.
+  odb_StepRepository& steps();
+  odb_StepRepository& step() { return steps(); }
+
+  // Creates a step. Throws "Previous step "NAME" not found." when previousStepName is neither
+  // empty nor a step of this database, then "A Step named "NAME" already exists.".
+  odb_Step& Step(const odb_String& name, const odb_String& description,
+                 odb_Enum::odb_DomainEnum domain, double timePeriod,
+                 const odb_String& previousStepName, const odb_String& procedure, double totalTime);
+
+  // The frame whose analysis time (frame value plus the step's total time when that is not
+  // negative, in single precision) is nearest to `value` under `match`; throws "Frame not
+  // found." when none qualifies. CLOSEST and BEFORE keep the earlier of two equally near
+  // frames, AFTER the later.
+  odb_Frame getFrame(double value, odb_Enum::odb_MatchEnum match);
+
+  // Commits everything written since the last save; `path` must be empty or this database's
+  // path ("ODB not saved. Changing the path is not allowed." otherwise, nothing written).
+  void save(const odb_String& path = odb_String());
+  // Reads steps and frames that another process saved since they were read; false when the
+  // steps were never read or nothing was new.
+  bool update();
+  // Ends this database in the registry (its file closes when no other name shares it).
+  void close();
+
+  void setOnlyHasUserDefinedData(bool only);
+  bool onlyHasUserDefinedData() const;
+
+ private:
+  std::shared_ptr<odb_OdbData> m_data;
+};
+
+#endif

@@ -1,0 +1,141 @@
+// odb_OdbRepository: the registry of the databases open in this process, and the functions that
+// create, open, save and close them.
+//
+// One registry per process (thr_GlobalSingleton), made on first use and destroyed by
+// odb_finalize, which closes every database still open. It holds each database under the name
+// the caller gave (the path when none), and owns the odb_Odb objects: Odb and openOdb return
+// references that stay valid until that name is closed. A writable database has a lock file, its
+// path with ".lck" appended, for as long as it is open; another open for writing that finds a
+// lock file opens the database read-only instead.
+//
+// Paths are made absolute, with forward slashes and "." and ".." resolved, and compared byte by
+// byte. Nothing here takes a lock: one thread at a time.
+#ifndef ODB_ODBREPOSITORY_H
+#define ODB_ODBREPOSITORY_H
+
+#include <initializer_list>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "cow_Btree.h"
+#include "odb_Odb.h"
+#include "odb_String.h"
+#include "thr_GlobalSingleton.h"
+
+class store_Database;
+
+// The messages of the registry.
+enum odb_OdbRepositoryEnm : int {
+  odb_OdbRepository_LOCK_FOUND = 0,      // %1$s lock file, %2$s database path
+  odb_OdbRepository_NAME_EXISTS = 1,     // %s name
+  odb_OdbRepository_PATH_OPEN = 2,       // %s path
+  odb_OdbRepository_VERSION_PREFIX = 3,  // the analysis version written into a new file
+  odb_OdbRepository_CANNOT_CREATE = 4,   // %1$s path, %2$s reason
+  odb_OdbRepository_CANNOT_OPEN = 5,     // %1$s path, %2$s reason
+  odb_OdbRepository_IN_USE = 6,          //
+  odb_OdbRepository_NOT_WRITABLE = 7,    // %s path
+  odb_OdbRepository_SAVE_READ_ONLY = 8,  //
+  odb_OdbRepository_STAYS_READ_ONLY = 9  //
+};
+
+template <>
+struct uti_LabelTable<odb_OdbRepositoryEnm, 1> {
+  static const uti_LabelRow<odb_OdbRepositoryEnm> rows[];
+};
+
+class odb_OdbRepository : public thr_GlobalSingleton<odb_OdbRepository> {
+ public:
+  odb_OdbRepository() = default;
+  // Closes every database still registered, in name order.
+  ~odb_OdbRepository();
+
+  // The registry, made on first use.
+  static odb_OdbRepository& Instance() {
+    return thr_GlobalSingleton<odb_OdbRepository>::Instance();
+  }
+
+  // Adds or replaces the database registered under `name`.
+  void insert(const odb_String& name, const odb_Odb& odb);
+  // The database of `name`, or the empty fallback database (nothing is thrown).
+  odb_Odb& get(const odb_String& name);
+  const odb_Odb& constGet(const odb_String& name) const;
+  bool isMember(const odb_String& name) const;
+  int size() const { return m_odbMap.Size(); }
+  // Ends `name`: deletes the lock file of a writable database and closes the file when at most
+  // two names share it (the file stays open for the others otherwise). An unknown name: nothing.
+  void remove(const odb_String& name);
+  // Drops every name whose database has this path.
+  void RespondToCloseOdb(const odb_String& path);
+  bool IsFileOpen(const odb_String& path) const;
+  // True, with a warning, when the lock file of `path` exists.
+  bool IsOdbLocked(const odb_String& path) const;
+  bool LockOdb(const odb_String& path) const;
+  bool RemoveLock(const odb_String& path) const;
+  const cow_Btree<odb_String, odb_Odb>& odbMap() const { return m_odbMap; }
+
+  // Closes the file at `path` for every name that uses it, deleting the lock file of a writable
+  // one, and drops those names.
+  void CloseOdb(const odb_String& path);
+  // The open file at `path` shared by the names that use it, or null.
+  std::shared_ptr<store_Database> OpenFile(const odb_String& path) const;
+  void AddOpenFile(const odb_String& path, std::shared_ptr<store_Database> file);
+
+  // Reports a catalogue warning to this thread's warning sink.
+  static void Warn(odb_OdbRepositoryEnm code, std::initializer_list<odb_String> args);
+  // The lock file of `path`.
+  static odb_String LockFileOf(const odb_String& path);
+
+ private:
+  std::vector<odb_String> NamesOf(const odb_String& path) const;
+
+  cow_Btree<odb_String, odb_Odb> m_odbMap;
+  std::map<std::string, std::shared_ptr<store_Database>> m_openFiles;
+  odb_Odb m_fallback;
+};
+
+// Walks the registry in name order. It walks the names registered when it was made (first()
+// takes them again) and looks each database up as it goes, so that it never holds a share of the
+// registry's map: a shared map would be copied by the next registration, moving the databases
+// that callers hold references to.
+class odb_OdbRepositoryIT {
+ public:
+  explicit odb_OdbRepositoryIT(odb_OdbRepository& repository) : m_repository(repository) {
+    first();
+  }
+  void first();
+  void next() { ++m_i; }
+  bool isDone() const { return m_i >= static_cast<int>(m_names.size()); }
+  // The current name and database; past the end, an empty name and the fallback database.
+  const odb_String& currentKey() const;
+  const odb_Odb& currentValue() const { return m_repository.constGet(currentKey()); }
+
+ private:
+  odb_OdbRepository& m_repository;
+  std::vector<odb_String> m_names;
+  int m_i = 0;
+};
+// Creates a new database file at `path` (replacing any file there), registers it under `name`
+// (the path when empty), writable, and returns it. Throws "A database named ('NAME') already
+// exists.", "The path 'PATH' has an existing ddb associated with it." or "Cannot create file
+// PATH. REASON".
+odb_Odb& Odb(const odb_String& name, const odb_String& analysisTitle, const odb_String& description,
+             const odb_String& path);
+// Opens the file at `path` under its absolute path as name.
+odb_Odb& openOdb(const odb_String& path, bool readOnly = false);
+// Opens the file at `path` under `name` (the path when empty). A file of an older schema throws
+// code 0, of a newer one code 1; a file that cannot be read throws "Cannot open file PATH.
+// REASON". A write open becomes read-only, with a warning, when a lock file exists or the file's
+// permissions forbid writing. Opening a registered name again returns the same object.
+odb_Odb& openOdb(const odb_String& name, const odb_String& path, bool readOnly = false);
+// The same for two texts: without it, openOdb("name", "path") would take "path" as the bool.
+inline odb_Odb& openOdb(const char* name, const char* path, bool readOnly = false) {
+  return openOdb(odb_String(name), odb_String(path), readOnly);
+}
+// Commits the database; a read-only one warns and writes nothing.
+void saveOdb(odb_Odb& odb);
+// Closes the database's file for every name that uses it; what was not saved is discarded.
+void closeOdb(odb_Odb& odb);
+
+#endif

@@ -1,0 +1,153 @@
+#include "odb_Odb.h"
+
+#include <cfloat>
+#include <cmath>
+
+#include "odb_Exception.h"
+#include "odb_Message.h"
+#include "odb_OdbData.h"
+#include "odb_OdbRepository.h"
+
+const uti_LabelRow<odb_OdbEnm> uti_LabelTable<odb_OdbEnm, 1>::rows[] = {
+    {"Database save failed.", "odb_Odb_MSGID_00", odb_Odb_SAVE_FAILED},
+    {"ODB not saved. Changing the path is not allowed.", "odb_Odb_MSGID_01", odb_Odb_PATH_CHANGE},
+    {"Frame not found.", "odb_Odb_MSGID_02", odb_Odb_FRAME_NOT_FOUND},
+    {"Previous step \"%s\" not found.", "odb_Odb_MSGID_03", odb_Odb_PREVIOUS_STEP_MISSING},
+    {"A Step named \"%s\" already exists.", "odb_Odb_MSGID_04", odb_Odb_STEP_EXISTS},
+    {"A part named \"%s\" already exists.", "odb_Odb_MSGID_05", odb_Odb_PART_EXISTS},
+    {nullptr, nullptr, {}}};
+
+namespace {
+
+const char kSource[] = "odb/impl/odb_Odb";
+
+[[noreturn]] void Throw(odb_OdbEnm code, int site, std::initializer_list<odb_String> args = {}) {
+  odb_ThrowMessage(odb_CatalogueMessage(code, args), kSource, site);
+}
+
+}  // namespace
+
+odb_Odb::odb_Odb() : m_data(std::make_shared<odb_OdbData>()) {}
+
+odb_Odb::odb_Odb(const odb_String& name, const odb_String& analysisTitle,
+                 const odb_String& description, const odb_String& path,
+                 std::shared_ptr<store_Database> ddb, bool readOnly, bool onlyUserDefinedData)
+    : m_data(std::make_shared<odb_OdbData>()) {
+  m_data->name = name;
+  m_data->analysisTitle = analysisTitle;
+  m_data->description = description;
+  m_data->path = path;
+  m_data->steps = odb_StepRepository(ddb);
+  m_data->ddb = std::move(ddb);
+  m_data->readOnly = readOnly;
+  m_data->onlyUserDefinedData = onlyUserDefinedData;
+}
+
+odb_String odb_Odb::name() const {
+  return m_data->name;
+}
+odb_String odb_Odb::analysisTitle() const {
+  return m_data->analysisTitle;
+}
+odb_String odb_Odb::description() const {
+  return m_data->description;
+}
+odb_String odb_Odb::path() const {
+  return m_data->path;
+}
+bool odb_Odb::isReadOnly() const {
+  return m_data->readOnly;
+}
+bool odb_Odb::isOpen() const {
+  return m_data->ddb && m_data->ddb->IsOpen();
+}
+std::shared_ptr<store_Database> odb_Odb::ddb() const {
+  return m_data->ddb;
+}
+void odb_Odb::setOnlyHasUserDefinedData(bool only) {
+  m_data->onlyUserDefinedData = only;
+}
+bool odb_Odb::onlyHasUserDefinedData() const {
+  return m_data->onlyUserDefinedData;
+}
+
+odb_StepRepository& odb_Odb::steps() {
+  if (!m_data->stepsRead && isOpen()) {
+    m_data->steps.Load();
+    m_data->stepsRead = true;
+  }
+  return m_data->steps;
+}
+
+odb_Step& odb_Odb::Step(const odb_String& name, const odb_String& description,
+                        odb_Enum::odb_DomainEnum domain, double timePeriod,
+                        const odb_String& previousStepName, const odb_String& procedure,
+                        double totalTime) {
+  odb_StepRepository& repository = steps();
+  if (!previousStepName.Empty() && !repository.isMember(previousStepName))
+    Throw(odb_Odb_PREVIOUS_STEP_MISSING, 120, {previousStepName});
+  if (repository.isMember(name)) Throw(odb_Odb_STEP_EXISTS, 124, {name});
+  return repository.AddStep(name, description, domain, timePeriod, previousStepName, procedure,
+                            totalTime);
+}
+
+odb_Frame odb_Odb::getFrame(double value, odb_Enum::odb_MatchEnum match) {
+  odb_StepRepository& repository = steps();
+  double best = DBL_MAX;
+  int bestStep = -1, bestFrame = -1;
+  for (int s = 0; s < repository.size(); ++s) {
+    odb_Step& step = repository.get(repository.stepNames()[s]);
+    double offset = step.totalTime() >= 0.0 ? step.totalTime() : 0.0;
+    odb_SequenceFrame& frames = step.frames();
+    for (int f = 0; f < frames.size(); ++f) {
+      double t = static_cast<float>(frames.get(f).frameValue() + offset);
+      double d = value - t;
+      bool take;
+      switch (match) {
+        case odb_Enum::CLOSEST:
+          take = std::fabs(d) < best;
+          break;
+        case odb_Enum::BEFORE:
+          take = t <= value && d < best;
+          break;
+        case odb_Enum::AFTER:
+          take = t >= value && -d <= best;
+          break;
+        case odb_Enum::EXACT:
+          take = t == value;
+          break;
+        default:
+          take = true;
+      }
+      if (take) {
+        bestStep = s;
+        bestFrame = f;
+        best = std::fabs(d);
+      }
+    }
+  }
+  if (bestStep < 0) Throw(odb_Odb_FRAME_NOT_FOUND, 170);
+  return repository.get(repository.stepNames()[bestStep]).frames(bestFrame);
+}
+
+void odb_Odb::save(const odb_String& path) {
+  if (!path.Empty() && path != m_data->path) Throw(odb_Odb_PATH_CHANGE, 184);
+  if (m_data->readOnly || !isOpen()) {
+    odb_OdbRepository::Warn(odb_OdbRepository_SAVE_READ_ONLY, {});
+    return;
+  }
+  try {
+    m_data->ddb->Commit();
+  } catch (const store_Error&) {
+    Throw(odb_Odb_SAVE_FAILED, 194);
+  }
+}
+
+bool odb_Odb::update() {
+  if (!m_data->stepsRead || !isOpen()) return false;
+  return m_data->steps.Update();
+}
+
+void odb_Odb::close() {
+  odb_OdbRepository::Instance().remove(m_data->name);
+}

@@ -1,0 +1,285 @@
+#include "odb_OdbRepository.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <vector>
+
+#include "odb_Exception.h"
+#include "odb_Exceptions.h"
+#include "odb_Message.h"
+#include "odb_Util.h"
+#include "odb_Version.h"
+#include "store_Database.h"
+#include "thr_ThreadSingleton.h"
+#include "wip_WIP.h"
+
+const uti_LabelRow<odb_OdbRepositoryEnm> uti_LabelTable<odb_OdbRepositoryEnm, 1>::rows[] = {
+    {"An output database lock file %1$s has been detected. This may indicate that the output "
+     "database is opened for writing by another application.\n%2$s will be opened read-only. ",
+     "odb_OdbRepository_MSGID_00", odb_OdbRepository_LOCK_FOUND},
+    {"A database named ('%s') already exists.", "odb_OdbRepository_MSGID_01",
+     odb_OdbRepository_NAME_EXISTS},
+    {"The path '%s' has an existing ddb associated with it.", "odb_OdbRepository_MSGID_02",
+     odb_OdbRepository_PATH_OPEN},
+    {"KORVEL/Scripting Interface", "odb_OdbRepository_MSGID_03", odb_OdbRepository_VERSION_PREFIX},
+    {"Cannot create file %1$s. %2$s", "odb_OdbRepository_MSGID_04",
+     odb_OdbRepository_CANNOT_CREATE},
+    {"Cannot open file %1$s. %2$s", "odb_OdbRepository_MSGID_05", odb_OdbRepository_CANNOT_OPEN},
+    {"ODB is already in use by someone else. database cannot be opened for writing and will be "
+     "opened readOnly",
+     "odb_OdbRepository_MSGID_06", odb_OdbRepository_IN_USE},
+    {"Output database %s cannot be opened with write access due to file permission settings or a "
+     "database version incompatibility.\nThe ODB will be opened read-only.",
+     "odb_OdbRepository_MSGID_07", odb_OdbRepository_NOT_WRITABLE},
+    {"Database was opened read-only and cannot be saved.", "odb_OdbRepository_MSGID_08",
+     odb_OdbRepository_SAVE_READ_ONLY},
+    {"The database has been opened with readOnly flag on. It will remain readOnly.",
+     "odb_OdbRepository_MSGID_09", odb_OdbRepository_STAYS_READ_ONLY},
+    {nullptr, nullptr, {}}};
+
+namespace {
+
+const char kSource[] = "odb/impl/odb_OdbRepository";
+
+[[noreturn]] void Throw(odb_OdbRepositoryEnm code, int site,
+                        std::initializer_list<odb_String> args) {
+  odb_ThrowMessage(odb_CatalogueMessage(code, args), kSource, site);
+}
+
+// Writing needs the permission and at least one write bit: a file that its owner made read-only
+// stays read-only even for a user whom the system would let write it anyway.
+bool Writable(const odb_String& path) {
+  struct stat st;
+  return ::access(path.CStr(), W_OK) == 0 && ::stat(path.CStr(), &st) == 0 && (st.st_mode & 0222);
+}
+
+}  // namespace
+
+// The names whose database has `path` (every name for an empty path). The walk's shared copy of
+// the map is gone when this returns, so the caller may change the map without copying nodes
+// that callers hold references into.
+std::vector<odb_String> odb_OdbRepository::NamesOf(const odb_String& path) const {
+  std::vector<odb_String> names;
+  cow_BtreeIterator<odb_String, odb_Odb> it(m_odbMap);
+  for (it.First(); !it.IsDone(); it.Next())
+    if (path.Empty() || it.Current()->value.path() == path) names.push_back(it.Current()->key);
+  return names;
+}
+
+odb_OdbRepository::~odb_OdbRepository() {
+  for (const odb_String& name : NamesOf(odb_String())) remove(name);
+}
+
+void odb_OdbRepository::Warn(odb_OdbRepositoryEnm code, std::initializer_list<odb_String> args) {
+  thr_ThreadSingleton<wip_WIP>::Instance().Warning(odb_CatalogueMessage(code, args));
+}
+
+odb_String odb_OdbRepository::LockFileOf(const odb_String& path) {
+  return path + ".lck";
+}
+
+void odb_OdbRepository::insert(const odb_String& name, const odb_Odb& odb) {
+  if (!m_odbMap.Insert(name, odb)) m_odbMap.Find(name)->value = odb;
+}
+
+odb_Odb& odb_OdbRepository::get(const odb_String& name) {
+  auto* node = m_odbMap.Find(name);
+  return node ? node->value : m_fallback;
+}
+
+const odb_Odb& odb_OdbRepository::constGet(const odb_String& name) const {
+  const auto* node = m_odbMap.ConstFind(name);
+  return node ? node->value : m_fallback;
+}
+
+bool odb_OdbRepository::isMember(const odb_String& name) const {
+  return m_odbMap.ConstFind(name) != nullptr;
+}
+
+bool odb_OdbRepository::IsFileOpen(const odb_String& path) const {
+  return !path.Empty() && !NamesOf(path).empty();
+}
+
+bool odb_OdbRepository::IsOdbLocked(const odb_String& path) const {
+  odb_String lock = LockFileOf(path);
+  int fd = ::open(lock.CStr(), O_RDWR | O_CLOEXEC);
+  if (fd < 0) return false;
+  ::close(fd);
+  Warn(odb_OdbRepository_LOCK_FOUND, {lock, path});
+  return true;
+}
+
+bool odb_OdbRepository::LockOdb(const odb_String& path) const {
+  int fd = ::open(LockFileOf(path).CStr(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+  if (fd < 0) return false;
+  ::close(fd);
+  return true;
+}
+
+bool odb_OdbRepository::RemoveLock(const odb_String& path) const {
+  return ::unlink(LockFileOf(path).CStr()) == 0;
+}
+
+void odb_OdbRepository::remove(const odb_String& name) {
+  if (!isMember(name)) return;
+  odb_Odb odb = constGet(name);
+  odb_String path = odb.path();
+  if (!odb.isReadOnly()) RemoveLock(path);
+  if (NamesOf(path).size() <= 2) {
+    CloseOdb(path);
+  } else {
+    m_odbMap.Remove(name);
+  }
+}
+
+void odb_OdbRepository::RespondToCloseOdb(const odb_String& path) {
+  for (const odb_String& name : NamesOf(path)) m_odbMap.Remove(name);
+}
+
+void odb_OdbRepository::CloseOdb(const odb_String& path) {
+  bool writable = false;
+  for (const odb_String& name : NamesOf(path)) {
+    const odb_Odb& odb = constGet(name);
+    writable = writable || !odb.isReadOnly();
+    if (odb.ddb()) odb.ddb()->Close();
+  }
+  auto open = m_openFiles.find(path.CStr());
+  if (open != m_openFiles.end()) {
+    open->second->Close();
+    m_openFiles.erase(open);
+  }
+  if (writable) RemoveLock(path);
+  RespondToCloseOdb(path);
+}
+
+std::shared_ptr<store_Database> odb_OdbRepository::OpenFile(const odb_String& path) const {
+  auto open = m_openFiles.find(path.CStr());
+  return open == m_openFiles.end() ? nullptr : open->second;
+}
+
+void odb_OdbRepository::AddOpenFile(const odb_String& path, std::shared_ptr<store_Database> file) {
+  m_openFiles[path.CStr()] = std::move(file);
+}
+
+void odb_OdbRepositoryIT::first() {
+  m_names.clear();
+  m_i = 0;
+  cow_BtreeIterator<odb_String, odb_Odb> it(m_repository.odbMap());
+  for (it.First(); !it.IsDone(); it.Next()) m_names.push_back(it.Current()->key);
+}
+
+const odb_String& odb_OdbRepositoryIT::currentKey() const {
+  static const odb_String none;
+  return isDone() ? none : m_names[m_i];
+}
+
+odb_Odb& Odb(const odb_String& name, const odb_String& analysisTitle, const odb_String& description,
+             const odb_String& path) {
+  odb_OdbRepository& registry = odb_OdbRepository::Instance();
+  odb_String absolute = odb_PortablePath(path);
+  odb_String key = name.Empty() ? absolute : name;
+  if (registry.isMember(key)) Throw(odb_OdbRepository_NAME_EXISTS, 210, {key});
+  if (registry.IsFileOpen(absolute)) Throw(odb_OdbRepository_PATH_OPEN, 212, {absolute});
+  std::shared_ptr<store_Database> file;
+  try {
+    file = store_Database::Create(absolute.CStr());
+    odb_String version = odb_CatalogueMessage(odb_OdbRepository_VERSION_PREFIX);
+    version += QTVODB_VERSION_STRING;
+    file->SetHeader("analysis_version", version.CStr());
+    file->SetHeader("description", description.CStr());
+    file->SetModelTitle("Default Model", analysisTitle.CStr());
+    file->Commit();
+  } catch (const store_Error& e) {
+    if (file) file->Close();
+    Throw(odb_OdbRepository_CANNOT_CREATE, 226, {absolute, e.what()});
+  }
+  registry.LockOdb(absolute);
+  registry.AddOpenFile(absolute, file);
+  registry.insert(key, odb_Odb(key, analysisTitle, description, absolute, file, false));
+  return registry.get(key);
+}
+
+odb_Odb& openOdb(const odb_String& path, bool readOnly) {
+  return openOdb(odb_String(), path, readOnly);
+}
+
+odb_Odb& openOdb(const odb_String& name, const odb_String& path, bool readOnly) {
+  odb_OdbRepository& registry = odb_OdbRepository::Instance();
+  odb_String absolute = odb_PortablePath(path);
+  odb_String key = name.Empty() ? absolute : name;
+
+  if (registry.isMember(key)) {
+    odb_Odb& registered = registry.get(key);
+    std::shared_ptr<store_Database> file = registered.ddb();
+    bool sameFile =
+        file && file->IsOpen() &&
+        store_Database::CreationStampOf(registered.path().CStr()) == file->CreationStamp();
+    if (sameFile) {
+      if (registered.path() != absolute) Throw(odb_OdbRepository_NAME_EXISTS, 245, {key});
+      if (registered.isReadOnly()) odb_OdbRepository::Warn(odb_OdbRepository_STAYS_READ_ONLY, {});
+      return registered;
+    }
+    // The file on disk is no longer the one that was opened: let go of the old one first.
+    registry.CloseOdb(registered.path());
+  }
+
+  int version = 0;
+  try {
+    version = store_Database::SchemaVersion(absolute.CStr());
+  } catch (const store_Error& e) {
+    Throw(odb_OdbRepository_CANNOT_OPEN, 256, {absolute, e.what()});
+  }
+  if (version < store_kSchemaVersion)
+    odb_Exception(odb_Exceptions_PREVIOUS_VERSION, absolute, odb_String(), version,
+                  store_kSchemaVersion, readOnly)
+        .Throw(kSource, 260);
+  if (version > store_kSchemaVersion)
+    odb_Exception(odb_Exceptions_NEWER_VERSION, absolute, odb_String(), version,
+                  store_kSchemaVersion, readOnly)
+        .Throw(kSource, 264);
+
+  bool locked = false;
+  if (!readOnly) {
+    if (registry.IsOdbLocked(absolute)) {
+      readOnly = true;
+    } else if (!Writable(absolute)) {
+      odb_OdbRepository::Warn(odb_OdbRepository_NOT_WRITABLE, {absolute});
+      readOnly = true;
+    } else {
+      locked = registry.LockOdb(absolute);
+    }
+  }
+  std::shared_ptr<store_Database> file = registry.OpenFile(absolute);
+  if (file && !readOnly && file->ReadOnly()) {
+    odb_OdbRepository::Warn(odb_OdbRepository_IN_USE, {});
+    readOnly = true;
+    if (locked) registry.RemoveLock(absolute);
+  }
+  if (!file) {
+    try {
+      file = store_Database::Open(absolute.CStr(), readOnly);
+    } catch (const store_Error& e) {
+      if (locked) registry.RemoveLock(absolute);
+      Throw(odb_OdbRepository_CANNOT_OPEN, 288, {absolute, e.what()});
+    }
+    registry.AddOpenFile(absolute, file);
+  }
+  odb_String title(file->ModelTitle("Default Model").c_str());
+  odb_String description(file->Header("description").c_str());
+  registry.insert(key, odb_Odb(key, title, description, absolute, file, readOnly));
+  return registry.get(key);
+}
+
+void saveOdb(odb_Odb& odb) {
+  if (odb.isReadOnly()) {
+    odb_OdbRepository::Warn(odb_OdbRepository_SAVE_READ_ONLY, {});
+    return;
+  }
+  odb.save();
+}
+
+void closeOdb(odb_Odb& odb) {
+  odb_OdbRepository::Instance().CloseOdb(odb.path());
+}
