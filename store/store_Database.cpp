@@ -120,7 +120,11 @@ std::shared_ptr<store_Database> store_Database::Open(const std::string& path, bo
     throw store_Error("The file has schema version " + std::to_string(version) + ", not " +
                       std::to_string(store_kSchemaVersion) + ".");
   std::shared_ptr<store_Database> db(new store_Database(path, readOnly));
-  db->Connect(readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
+  // A read-only database still connects for writing when the file allows it: the store never
+  // writes through it, but as the last connection to close it folds the write-ahead log back
+  // into the file and removes the log, so that no side files are left behind.
+  bool writableFile = ::access(path.c_str(), W_OK) == 0;
+  db->Connect(readOnly && !writableFile ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
   db->Execute(store_kReaderPragmas);
   if (!readOnly) {
     db->Execute(store_kWriterPragmas);

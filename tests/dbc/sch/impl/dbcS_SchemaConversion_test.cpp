@@ -1,0 +1,56 @@
+#include "dbcS_SchemaConversion.h"
+
+#include <fstream>
+
+#include "OdbSession.h"
+#include "odb_OdbRepository.h"
+#include "odb_Upgrade.h"
+#include "store_Database.h"
+
+namespace {
+
+using Upgrade = OdbSession;
+
+std::string OldFile(const TempDir& dir) {
+  std::string path = dir.file("old.odb");
+  closeOdb(Odb("", "", "", path.c_str()));
+  std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+  file.seekp(60);
+  const char version332[] = {0, 0, 1, 76};
+  file.write(version332, 4);
+  return path;
+}
+
+TEST_F(Upgrade, OlderFilesAreDetectedAndRefusedWithoutAConversion) {
+  std::string path = OldFile(m_dir);
+  EXPECT_TRUE(isUpgradeRequiredForOdb(path.c_str()));
+  std::string current = m_dir.file("new.odb");
+  closeOdb(Odb("", "", "", current.c_str()));
+  EXPECT_FALSE(isUpgradeRequiredForOdb(current.c_str()));
+  EXPECT_EQ(MessageOf([&] { isUpgradeRequiredForOdb(m_dir.file("none.odb").c_str()); }),
+            "isUpgradeRequiredForOdb failed, No such file or directory.");
+  EXPECT_EQ(MessageOf([&] { upgradeOdb(path.c_str(), m_dir.file("up.odb").c_str()); }),
+            "cannot convert database " + path + ", no conversion from schema version 332 is known");
+  EXPECT_EQ(MessageOf([&] { upgradeOdb(current.c_str(), m_dir.file("up.odb").c_str()); }),
+            "cannot convert database " + current +
+                ", it has schema version 333, which needs no conversion to version 333");
+  EXPECT_FALSE(Exists(m_dir.file("up.odb")));
+}
+
+TEST_F(Upgrade, RegisteredConversionsRunOnACopy) {
+  std::string path = OldFile(m_dir);
+  dbcS_Register({332, "adds a table", [](sqlite3* db) {
+                   sqlite3_exec(db, "CREATE TABLE added(x)", nullptr, nullptr, nullptr);
+                 }});
+  std::string upgraded = m_dir.file("up.odb");
+  upgradeOdb(path.c_str(), upgraded.c_str());
+  EXPECT_EQ(store_Database::SchemaVersion(path), 332) << "the old file is left as it was";
+  EXPECT_EQ(store_Database::SchemaVersion(upgraded), 333);
+  odb_Odb& odb = openOdb(upgraded.c_str(), true);
+  sqlite3_stmt* q = nullptr;
+  EXPECT_EQ(sqlite3_prepare_v2(odb.ddb()->Connection(), "SELECT x FROM added", -1, &q, nullptr),
+            SQLITE_OK);
+  sqlite3_finalize(q);
+}
+
+}  // namespace
