@@ -22,39 +22,23 @@ bool StartsWith(const std::string& text, const std::string& prefix) {
 
 }  // namespace
 
-TEST(OdbException, Code0IsItsTextUnchanged) {
+TEST(OdbException, EachCodeFillsItsCatalogueTextAsItSays) {
+  AssertRecorder recorder;
   EXPECT_EQ(Journal(odb_Exception(0, "a.odb", "detail")),
             Exceptions::LabelString(odb_Exceptions_PREVIOUS_VERSION));
-}
-
-TEST(OdbException, Code1PutsFileNameFirst) {
   EXPECT_TRUE(StartsWith(Journal(odb_Exception(1, "/runs/beam.odb")),
                          "/runs/beam.odb is from a more recent version of KORVEL.\n\n The"));
-}
-
-TEST(OdbException, CodesFillFileNameAndDetailAsTheirTextsSay) {
-  EXPECT_EQ(Journal(odb_Exception(2, "a.odb", "no space")),
-            "cannot convert database a.odb, no space");
+  EXPECT_EQ(Journal(odb_Exception(2, "a.odb", "no space")), "cannot convert database a.odb, no space");
   // Code 3 has only the detail, in the first place.
   EXPECT_EQ(Journal(odb_Exception(3, "a.odb", "bad header")),
             "isUpgradeRequiredForOdb failed, bad header");
-}
-
-TEST(OdbException, Code6IsExactlyTheDetail) {
   EXPECT_EQ(Journal(odb_Exception(6, "a.odb", "Frame not found.")), "Frame not found.");
-}
-
-TEST(OdbException, Code8AndAboveAreEmpty) {
-  AssertRecorder recorder;
-  EXPECT_EQ(Journal(odb_Exception(8, "a.odb", "detail")), "");
-  EXPECT_EQ(Journal(odb_Exception(1000, "a.odb", "detail")), "");
-  EXPECT_TRUE(recorder.fired().empty());
-}
-
-TEST(OdbException, Code7FillsTheVersionFound) {
   EXPECT_EQ(Journal(odb_Exception(7, "old.odb", "ignored", 12, 333)),
             "The database file old.odb has version 12. \nThis version number is marked as an "
             "invalid database version. \nOdb upgrade is not supported for this database");
+  EXPECT_EQ(Journal(odb_Exception(8, "a.odb", "detail")), "");
+  EXPECT_EQ(Journal(odb_Exception(1000, "a.odb", "detail")), "");
+  EXPECT_TRUE(recorder.fired().empty());
 }
 
 TEST(OdbException, PropagateAndCopyKeepDynamicTypeAndEveryField) {
