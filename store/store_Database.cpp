@@ -222,7 +222,9 @@ std::int64_t store_Database::AddStep(store_StepRecord& step) {
 }
 
 int store_Database::FrameCount(std::int64_t stepId) {
-  store_Statement q = Sql("SELECT count(*) FROM frame WHERE step_id = ?1");
+  // Frame indices are dense from 0, so the count is one past the largest: one lookup at the end
+  // of the step's key range instead of a walk over all its frames.
+  store_Statement q = Sql("SELECT coalesce(max(frame_index) + 1, 0) FROM frame WHERE step_id = ?1");
   q.Bind(1, stepId);
   return q.Step() ? q.Int(0) : 0;
 }
