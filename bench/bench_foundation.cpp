@@ -9,28 +9,12 @@
 #include <string>
 #include <vector>
 
+#include "bench_Timing.h"
 #include "cow_List.h"
 #include "odb_Repository.h"
 #include "odb_Sequence.h"
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
-
-template <class F>
-double Seconds(F&& f) {
-  auto start = Clock::now();
-  f();
-  return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-// Best of a few runs, to keep one noisy run from deciding the figure.
-template <class F>
-double Best(int runs, F&& f) {
-  double best = 1e30;
-  for (int i = 0; i < runs; ++i) best = std::min(best, Seconds(f));
-  return best;
-}
 
 volatile long g_sink;
 

@@ -20,27 +20,12 @@
 #include <thread>
 #include <vector>
 
+#include "bench_Timing.h"
 #include "odb_API.h"
 #include "store_Database.h"
 #include "store_Schema.h"
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
-
-template <class F>
-double Seconds(F&& f) {
-  auto start = Clock::now();
-  f();
-  return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-template <class F>
-double Best(int runs, F&& f) {
-  double best = 1e30;
-  for (int i = 0; i < runs; ++i) best = std::min(best, Seconds(f));
-  return best;
-}
 
 const int kSteps = 100;
 const int kFramesPerStep = 1000;
@@ -280,14 +265,14 @@ int main(int argc, char** argv) {
               bigRw * 1e3, bigRw / emptyRw);
 
   if (killRuns > 0) {
-    auto start = Clock::now();
+    auto start = bench_Clock::now();
     KillCounts k = KillTest(dir, killRuns);
     std::printf("\nKill a writer (batches of %d frames, save after each) at a random 0-100 ms\n",
                 kBatch);
     std::printf(
         "  runs %d   files damaged %d (must be 0)   saved states lost %d (must be 0)"
         "   %.0f s\n",
-        k.runs, k.damaged, k.lost, std::chrono::duration<double>(Clock::now() - start).count());
+        k.runs, k.damaged, k.lost, std::chrono::duration<double>(bench_Clock::now() - start).count());
     std::printf("  saves reported %ld; kills between a save and its report %d\n", k.saves,
                 k.unreported);
   }

@@ -6,20 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "ThrownMessage.h"
 #include "odb_StepRepositoryBase.h"
 
 namespace {
 
 using Repository = odb_Repository<odb_String, int>;
-
-std::string MessageOf(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const odb_Exception& e) {
-    return e.JournalMessage().CStr();
-  }
-  return "(nothing thrown)";
-}
 
 TEST(OdbRepository, AbsentNameThrowsWithNameBetweenTheTwoParts) {
   Repository empty;

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "TempDir.h"
+#include "ThrownMessage.h"
 #include "odb_Exception.h"
 #include "odb_Initialize.h"
 #include "odb_WipReporter.h"
@@ -28,17 +29,6 @@ class OdbSession : public ::testing::Test {
     std::string text = m_out.str();
     m_out.str("");
     return text;
-  }
-
-  // The message of the odb_Exception that `call` throws.
-  template <class F>
-  static std::string MessageOf(F&& call) {
-    try {
-      call();
-    } catch (const odb_Exception& e) {
-      return e.JournalMessage().CStr();
-    }
-    return "(nothing thrown)";
   }
 
   static bool Exists(const std::string& path) { return std::ifstream(path).good(); }

@@ -28,7 +28,8 @@ TEST(OdbException, EachCodeFillsItsCatalogueTextAsItSays) {
             Exceptions::LabelString(odb_Exceptions_PREVIOUS_VERSION));
   EXPECT_TRUE(StartsWith(Journal(odb_Exception(1, "/runs/beam.odb")),
                          "/runs/beam.odb is from a more recent version of KORVEL.\n\n The"));
-  EXPECT_EQ(Journal(odb_Exception(2, "a.odb", "no space")), "cannot convert database a.odb, no space");
+  EXPECT_EQ(Journal(odb_Exception(2, "a.odb", "no space")),
+            "cannot convert database a.odb, no space");
   // Code 3 has only the detail, in the first place.
   EXPECT_EQ(Journal(odb_Exception(3, "a.odb", "bad header")),
             "isUpgradeRequiredForOdb failed, bad header");

@@ -8,30 +8,16 @@
 #include <memory>
 #include <string>
 
-#include "odb_StepRepository.h"
-#include "store_Database.h"
+#include "StepFile.h"
 
 namespace {
 
 // One step of the given domain in a fresh database file.
-class FrameFile : public ::testing::Test {
+class FrameFile : public StepFile {
  protected:
-  void SetUp() override {
-    std::string pattern = ::testing::TempDir() + "odb_frame_XXXXXX";
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    m_folder = pattern;
-    m_steps = odb_StepRepository(store_Database::Create(m_folder + "/frames.odb"));
-  }
-  void TearDown() override {
-    m_steps = odb_StepRepository();
-    std::filesystem::remove_all(m_folder);
-  }
   odb_Step& StepOf(odb_Enum::odb_DomainEnum domain) {
-    return m_steps.AddStep(odb_String(m_steps.size()), "", domain, 1.0, "", "", 0.0);
+    return NewStep(odb_String(m_steps.size()), domain);
   }
-
-  std::string m_folder;
-  odb_StepRepository m_steps;
 };
 
 }  // namespace

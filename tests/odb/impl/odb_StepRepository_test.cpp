@@ -7,35 +7,11 @@
 #include <functional>
 #include <string>
 
-#include "store_Database.h"
+#include "StepFile.h"
 
 namespace {
 
-class StepRepositoryFile : public ::testing::Test {
- protected:
-  void SetUp() override {
-    std::string pattern = ::testing::TempDir() + "odb_steprepo_XXXXXX";
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    m_folder = pattern;
-    m_steps = odb_StepRepository(store_Database::Create(m_folder + "/steps.odb"));
-  }
-  void TearDown() override {
-    m_steps = odb_StepRepository();
-    std::filesystem::remove_all(m_folder);
-  }
-
-  std::string m_folder;
-  odb_StepRepository m_steps;
-};
-
-std::string MessageOf(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const odb_Exception& e) {
-    return e.JournalMessage().CStr();
-  }
-  return "(nothing thrown)";
-}
+using StepRepositoryFile = StepFile;
 
 }  // namespace
 

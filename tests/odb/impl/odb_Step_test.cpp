@@ -8,47 +8,9 @@
 #include <memory>
 #include <string>
 
-#include "odb_StepRepository.h"
-#include "store_Database.h"
+#include "StepFile.h"
 
 namespace {
-
-// A database file in a folder of its own, removed with the folder.
-class StepFile : public ::testing::Test {
- protected:
-  void SetUp() override {
-    std::string pattern = ::testing::TempDir() + "odb_step_XXXXXX";
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    m_folder = pattern;
-    m_path = m_folder + "/steps.odb";
-    m_store = store_Database::Create(m_path);
-    m_steps = odb_StepRepository(m_store);
-  }
-  void TearDown() override {
-    m_steps = odb_StepRepository();
-    m_store.reset();
-    std::filesystem::remove_all(m_folder);
-  }
-
-  odb_Step& NewStep(const char* name, odb_Enum::odb_DomainEnum domain = odb_Enum::TIME) {
-    return m_steps.AddStep(name, "", domain, 1.0, "", "*STATIC", 0.0);
-  }
-
-  std::string m_folder;
-  std::string m_path;
-  std::shared_ptr<store_Database> m_store;
-  odb_StepRepository m_steps;
-};
-
-std::string MessageOf(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const odb_Exception& e) {
-    EXPECT_EQ(e.Code(), 6);
-    return e.JournalMessage().CStr();
-  }
-  return "(nothing thrown)";
-}
 
 // Frame values 0, 1, 1, 2, 3: a tie at 1 and equal distances around 0.5 and 1.5.
 odb_Step& FiveFrames(odb_Step& step) {

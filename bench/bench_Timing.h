@@ -1,0 +1,26 @@
+// Timing helpers shared by the benchmark programs.
+#ifndef BENCH_TIMING_H
+#define BENCH_TIMING_H
+
+#include <algorithm>
+#include <chrono>
+
+using bench_Clock = std::chrono::steady_clock;
+
+// Wall-clock seconds that `f` takes.
+template <class F>
+double Seconds(F&& f) {
+  auto start = bench_Clock::now();
+  f();
+  return std::chrono::duration<double>(bench_Clock::now() - start).count();
+}
+
+// The best of `runs` timings, so that one noisy run does not decide a figure.
+template <class F>
+double Best(int runs, F&& f) {
+  double best = 1e30;
+  for (int i = 0; i < runs; ++i) best = std::min(best, Seconds(f));
+  return best;
+}
+
+#endif
