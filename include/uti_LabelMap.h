@@ -42,27 +42,11 @@ template <class Enm, int Table>
 class uti_LabelMap {
  public:
   // The text of `code`; a code with no row reports the label-string assertion and gives "".
-  static const char* LabelString(Enm code) {
-    const uti_LabelRow<Enm>* row = RowOf(code);
-    if (!row) {
-      cow_AssertFailed("\"Unable to find key given label string\" == 0", "include/uti_LabelMap",
-                       kLabelSite);
-      return "";
-    }
-    return row->text;
-  }
+  static const char* LabelString(Enm code) { return FoundRow(code).text; }
 
   // The resource key of `code`; a code with no row reports the label-string assertion and gives
   // "" (the code is what could not be found, as for LabelString).
-  static const char* ResourceString(Enm code) {
-    const uti_LabelRow<Enm>* row = RowOf(code);
-    if (!row) {
-      cow_AssertFailed("\"Unable to find key given label string\" == 0", "include/uti_LabelMap",
-                       kLabelSite);
-      return "";
-    }
-    return row->key;
-  }
+  static const char* ResourceString(Enm code) { return FoundRow(code).key; }
 
   // Sets `code` to the code whose key is exactly `key` and returns true; for an unknown (or
   // null) key reports the resource-string assertion, leaves `code` alone and returns false.
@@ -92,6 +76,15 @@ class uti_LabelMap {
  private:
   static const uti_LabelRow<Enm>* Rows() { return uti_LabelTable<Enm, Table>::rows; }
   static bool IsEnd(const uti_LabelRow<Enm>& row) { return !row.text && !row.key; }
+  // The row of `code`, or, after reporting the label-string assertion, a row of empty texts.
+  static const uti_LabelRow<Enm>& FoundRow(Enm code) {
+    static const uti_LabelRow<Enm> none{"", "", Enm{}};
+    const uti_LabelRow<Enm>* row = RowOf(code);
+    if (row) return *row;
+    cow_AssertFailed("\"Unable to find key given label string\" == 0", "include/uti_LabelMap",
+                     kLabelSite);
+    return none;
+  }
   static const uti_LabelRow<Enm>* RowOf(Enm code) {
     for (const uti_LabelRow<Enm>* row = Rows(); !IsEnd(*row); ++row) {
       if (row->code == code) return row;

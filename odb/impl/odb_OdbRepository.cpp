@@ -188,8 +188,8 @@ odb_Odb& Odb(const odb_String& name, const odb_String& analysisTitle, const odb_
     odb_String version = odb_CatalogueMessage(odb_OdbRepository_VERSION_PREFIX);
     version += QTVODB_VERSION_STRING;
     file->SetHeader("analysis_version", version.CStr());
-    file->SetHeader("description", description.CStr());
-    file->SetModelTitle("Default Model", analysisTitle.CStr());
+    file->SetHeader("description", odb_ToText(description));
+    file->SetModelTitle("Default Model", odb_ToText(analysisTitle));
     file->Commit();
   } catch (const store_Error& e) {
     if (file) file->Close();
@@ -266,8 +266,8 @@ odb_Odb& openOdb(const odb_String& name, const odb_String& path, bool readOnly) 
     }
     registry.AddOpenFile(absolute, file);
   }
-  odb_String title(file->ModelTitle("Default Model").c_str());
-  odb_String description(file->Header("description").c_str());
+  odb_String title = odb_FromText(file->ModelTitle("Default Model"));
+  odb_String description = odb_FromText(file->Header("description"));
   registry.insert(key, odb_Odb(key, title, description, absolute, file, readOnly));
   return registry.get(key);
 }

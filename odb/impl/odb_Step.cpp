@@ -9,6 +9,7 @@
 #include "odb_FrameData.h"
 #include "odb_Message.h"
 #include "odb_StepData.h"
+#include "odb_Util.h"
 
 const uti_LabelRow<odb_StepEnm> uti_LabelTable<odb_StepEnm, 1>::rows[] = {
     {"A historyRegion named '%1$s' already exists in step '%2$s'.", "odb_Step_MSGID_00",
@@ -22,14 +23,6 @@ const uti_LabelRow<odb_StepEnm> uti_LabelTable<odb_StepEnm, 1>::rows[] = {
 namespace {
 
 const char* const kSource = "odb/impl/odb_Step";
-
-std::string Text(const odb_String& s) {
-  return std::string(s.CStr(), s.Length());
-}
-
-odb_String FromText(const std::string& s) {
-  return odb_String(s.data(), static_cast<unsigned>(s.size()));
-}
 
 // A domain number this release does not know (a newer or damaged file) reads as TIME, the one
 // domain whose frames need nothing beyond their value.
@@ -53,8 +46,8 @@ odb_Frame FrameOf(const odb_StepData& step, const store_FrameRecord& record, int
   data->index = index;
   data->incrementNumber = record.incrementNumber;
   data->frameValue = record.frameValue;
-  data->description = FromText(record.description);
-  if (!record.loadCase.empty()) data->loadCase = odb_LoadCase(FromText(record.loadCase));
+  data->description = odb_FromText(record.description);
+  if (!record.loadCase.empty()) data->loadCase = odb_LoadCase(odb_FromText(record.loadCase));
   data->domain = step.domain;
   data->store = step.store;
   data->stepId = step.id;
@@ -78,13 +71,13 @@ odb_Frame AppendFrame(odb_StepData& step, const store_FrameRecord& record) {
 odb_StepData::odb_StepData(std::shared_ptr<store_Database> db, const store_StepRecord& record)
     : store(std::move(db)),
       id(record.id),
-      name(FromText(record.name)),
-      description(FromText(record.description)),
+      name(odb_FromText(record.name)),
+      description(odb_FromText(record.description)),
       domain(DomainOf(record.domain)),
       timePeriod(record.timePeriod),
       totalTime(record.totalTime),
-      previousStepName(FromText(record.previousStepName)),
-      procedure(FromText(record.procedure)) {}
+      previousStepName(odb_FromText(record.previousStepName)),
+      procedure(odb_FromText(record.procedure)) {}
 
 void odb_StepData::ReadFrames() {
   if (framesRead) return;
@@ -103,7 +96,7 @@ bool odb_StepData::ReadLoadCases() {
   bool found = false;
   if (store) {
     for (const std::string& name : store->LoadCases(id)) {
-      const odb_String key = FromText(name);
+      const odb_String key = odb_FromText(name);
       if (loadCases.insert(key, odb_LoadCase(key))) found = true;
     }
   }
@@ -171,7 +164,7 @@ odb_Frame odb_Step::Frame(int incrementNumber, double frameValue, const odb_Stri
   store_FrameRecord record;
   record.incrementNumber = incrementNumber;
   record.frameValue = Narrow(frameValue);
-  record.description = Text(description);
+  record.description = odb_ToText(description);
   return AppendFrame(step, record);
 }
 
@@ -191,8 +184,8 @@ odb_Frame odb_Step::Frame(const odb_LoadCase& loadCase, const odb_String& descri
   record.incrementNumber =
       step.framesRead ? static_cast<int>(step.frames.size()) : step.store->FrameCount(step.id);
   record.frameValue = Narrow(frameValue);
-  record.description = Text(description);
-  record.loadCase = Text(loadCase.name());
+  record.description = odb_ToText(description);
+  record.loadCase = odb_ToText(loadCase.name());
   return AppendFrame(step, record);
 }
 
@@ -201,7 +194,7 @@ odb_LoadCase& odb_Step::LoadCase(const odb_String& name) {
   if (name.Empty()) odb_ThrowMessage("Invalid load case name.", kSource, 171);
   EnsureLoadCases(step);
   if (!step.loadCases.isMember(name)) {
-    step.store->AddLoadCase(step.id, Text(name));
+    step.store->AddLoadCase(step.id, odb_ToText(name));
     step.loadCases.insert(name, odb_LoadCase(name));
   }
   return step.loadCases.get(name);
@@ -227,7 +220,7 @@ odb_Frame odb_Step::getFrame(const odb_LoadCase& loadCase, double value,
                              odb_Enum::odb_MatchEnum match) const {
   if (m_data) m_data->ReadFrames();
   const std::vector<store_FrameRecord>& frames = m_data ? m_data->frames : EmptyStep().frames;
-  const std::string wanted = Text(loadCase.name());
+  const std::string wanted = odb_ToText(loadCase.name());
   double best = std::numeric_limits<double>::max();
   int chosen = -1;
   for (std::size_t i = 0; i < frames.size(); ++i) {

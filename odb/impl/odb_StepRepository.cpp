@@ -8,6 +8,7 @@
 #include "odb_Exception.h"
 #include "odb_Message.h"
 #include "odb_StepData.h"
+#include "odb_Util.h"
 #include "store_Database.h"
 
 const uti_LabelRow<odb_StepRepositoryEnm> uti_LabelTable<odb_StepRepositoryEnm, 1>::rows[] = {
@@ -28,14 +29,6 @@ namespace {
 
 const char* const kSource = "odb/impl/odb_StepRepository";
 
-std::string Text(const odb_String& s) {
-  return std::string(s.CStr(), s.Length());
-}
-
-odb_String FromText(const std::string& s) {
-  return odb_String(s.data(), static_cast<unsigned>(s.size()));
-}
-
 void RefuseEmptyName(const odb_String& name, int site) {
   if (name.Empty())
     odb_ThrowMessage(odb_CatalogueMessage(odb_StepRepository_INVALID_NAME), kSource, site);
@@ -49,7 +42,7 @@ odb_StepRepository::odb_StepRepository(std::shared_ptr<store_Database> store)
 void odb_StepRepository::Load() {
   if (!m_store) return;
   for (const store_StepRecord& record : m_store->Steps()) {
-    const odb_String name = FromText(record.name);
+    const odb_String name = odb_FromText(record.name);
     if (!isMember(name)) append(name, odb_Step(std::make_shared<odb_StepData>(m_store, record)));
   }
 }
@@ -63,13 +56,13 @@ odb_Step& odb_StepRepository::AddStep(const odb_String& name, const odb_String& 
     odb_ThrowMessage(odb_CatalogueMessage(odb_StepRepository_ALREADY_EXISTS, {name}), kSource, 66);
   if (!m_store) odb_ThrowMessage("The step repository belongs to no database.", kSource, 67);
   store_StepRecord record;
-  record.name = Text(name);
-  record.description = Text(description);
+  record.name = odb_ToText(name);
+  record.description = odb_ToText(description);
   record.domain = domain;
   record.timePeriod = timePeriod;
   record.totalTime = totalTime;
-  record.previousStepName = Text(previousStepName);
-  record.procedure = Text(procedure);
+  record.previousStepName = odb_ToText(previousStepName);
+  record.procedure = odb_ToText(procedure);
   m_store->AddStep(record);  // sets record.id
   append(name, odb_Step(std::make_shared<odb_StepData>(m_store, record)));
   return get(name);
@@ -80,7 +73,7 @@ bool odb_StepRepository::Update() {
   bool found = false;
   // A stored step carries its own previous step's name, so the walk needs no running one.
   for (const store_StepRecord& record : m_store->Steps()) {
-    const odb_String name = FromText(record.name);
+    const odb_String name = odb_FromText(record.name);
     if (!isMember(name)) {
       append(name, odb_Step(std::make_shared<odb_StepData>(m_store, record)));
       found = true;

@@ -15,3 +15,11 @@ odb_String odb_PortablePath(const odb_String& path) {
   if (normal.size() > 1 && normal.back() == '/') normal.pop_back();
   return odb_String(normal.c_str());
 }
+
+std::string odb_ToText(const odb_String& s) {
+  return std::string(s.CStr(), s.Length());
+}
+
+odb_String odb_FromText(const std::string& s) {
+  return odb_String(s.data(), static_cast<unsigned>(s.size()));
+}
