@@ -84,6 +84,23 @@ enum odb_ElementFaceEnum {
   END3 = 11
 };
 
+// The kind of body an element type models; stored in database files by number.
+enum odb_ElementGeometryClass {
+  GEOMETRY_UNKNOWN = 0,
+  GEOMETRY_SOLID = 1,         // three-dimensional continuum
+  GEOMETRY_PLANE_STRESS = 2,  // two-dimensional continuum, plane stress
+  GEOMETRY_PLANE_STRAIN = 3,  // two-dimensional continuum, plane strain
+  GEOMETRY_AXISYMMETRIC = 4,  // axisymmetric continuum
+  GEOMETRY_SHELL = 5,
+  GEOMETRY_MEMBRANE = 6,
+  GEOMETRY_BEAM = 7,
+  GEOMETRY_TRUSS = 8,
+  GEOMETRY_RIGID = 9,
+  GEOMETRY_SURFACE = 10,
+  GEOMETRY_CONNECTOR = 11,
+  GEOMETRY_USER = 12  // a type this library does not know: a user element
+};
+
 // Optional features of the analysis that contributed to a database; a reader only lists and
 // compares them. UNKNOWN_ADD_ON stands for a feature this library does not know by name.
 enum odb_ProductAddOnEnum {

@@ -39,6 +39,78 @@ CREATE TABLE array_chunk(
   chunk INTEGER NOT NULL,
   data BLOB NOT NULL,
   PRIMARY KEY(array_id, chunk));
+CREATE TABLE part(
+  id INTEGER PRIMARY KEY,
+  name TEXT NOT NULL UNIQUE,
+  dimension INTEGER NOT NULL,
+  type INTEGER NOT NULL);
+CREATE TABLE node_block(
+  part_id INTEGER NOT NULL REFERENCES part(id),
+  block INTEGER NOT NULL,
+  count INTEGER NOT NULL,
+  labels INTEGER NOT NULL REFERENCES array(id),
+  coordinates INTEGER NOT NULL REFERENCES array(id),
+  PRIMARY KEY(part_id, block)) WITHOUT ROWID;
+CREATE TABLE element_block(
+  part_id INTEGER NOT NULL REFERENCES part(id),
+  block INTEGER NOT NULL,
+  type TEXT NOT NULL,
+  count INTEGER NOT NULL,
+  nodes_per_element INTEGER NOT NULL,
+  section_category TEXT NOT NULL DEFAULT '',
+  labels INTEGER NOT NULL REFERENCES array(id),
+  connectivity INTEGER NOT NULL REFERENCES array(id),
+  PRIMARY KEY(part_id, block)) WITHOUT ROWID;
+CREATE TABLE instance(
+  id INTEGER PRIMARY KEY,
+  name TEXT NOT NULL UNIQUE,
+  part_id INTEGER NOT NULL REFERENCES part(id),
+  placement BLOB NOT NULL);
+CREATE TABLE mesh_set(
+  id INTEGER PRIMARY KEY,
+  owner_kind INTEGER NOT NULL,
+  owner TEXT NOT NULL,
+  kind INTEGER NOT NULL,
+  name TEXT NOT NULL,
+  internal INTEGER NOT NULL DEFAULT 0,
+  UNIQUE(owner_kind, owner, kind, name));
+CREATE TABLE set_member(
+  set_id INTEGER NOT NULL REFERENCES mesh_set(id),
+  position INTEGER NOT NULL,
+  instance TEXT NOT NULL,
+  labels INTEGER NOT NULL REFERENCES array(id),
+  faces INTEGER REFERENCES array(id),
+  PRIMARY KEY(set_id, position)) WITHOUT ROWID;
+CREATE TABLE section_assignment(
+  id INTEGER PRIMARY KEY,
+  owner_kind INTEGER NOT NULL,
+  owner TEXT NOT NULL,
+  set_name TEXT NOT NULL,
+  section TEXT NOT NULL);
+CREATE TABLE section_category(
+  id INTEGER PRIMARY KEY,
+  name TEXT NOT NULL UNIQUE,
+  description TEXT NOT NULL DEFAULT '');
+CREATE TABLE section_point(
+  category_id INTEGER NOT NULL REFERENCES section_category(id),
+  number INTEGER NOT NULL,
+  description TEXT NOT NULL DEFAULT '',
+  PRIMARY KEY(category_id, number)) WITHOUT ROWID;
+CREATE TABLE material(
+  id INTEGER PRIMARY KEY,
+  name TEXT NOT NULL UNIQUE,
+  youngs_modulus REAL,
+  poissons_ratio REAL,
+  density REAL);
+CREATE TABLE section(
+  id INTEGER PRIMARY KEY,
+  name TEXT NOT NULL UNIQUE,
+  kind INTEGER NOT NULL,
+  material TEXT NOT NULL,
+  thickness REAL,
+  integration_points INTEGER,
+  profile TEXT NOT NULL DEFAULT '',
+  dimensions BLOB);
 )SQL";
 
 // Every connection: memory-mapped reads of the main file.
