@@ -24,6 +24,8 @@
 #include "odb_Message.h"
 #include "odb_Odb.h"
 #include "odb_OdbRepository.h"
+#include "odb_Material.h"
+#include "odb_MaterialRepository.h"
 #include "odb_Repository.h"
 #include "odb_SectionCategory.h"
 #include "odb_SectionCategoryRepository.h"

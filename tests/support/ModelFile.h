@@ -1,5 +1,5 @@
-// A test fixture with the section-category repository over a fresh database file in a folder of
-// its own.
+// A test fixture with the section-category and material repositories over a fresh database file
+// in a folder of its own.
 #ifndef TESTS_MODELFILE_H
 #define TESTS_MODELFILE_H
 
@@ -10,6 +10,7 @@
 
 #include "TempDir.h"
 #include "ThrownMessage.h"
+#include "odb_MaterialRepository.h"
 #include "odb_SectionCategoryRepository.h"
 #include "store_Database.h"
 
@@ -18,6 +19,7 @@ class ModelFile : public ::testing::Test {
   void SetUp() override {
     m_store = store_Database::Create(m_path);
     m_categories = odb_SectionCategoryRepository(m_store);
+    m_materials = odb_MaterialRepository(m_store);
   }
 
   // Saves what was written, closes the writer and opens the file again read-only, as a reader
@@ -35,6 +37,7 @@ class ModelFile : public ::testing::Test {
   std::string m_path = m_dir.file("model.odb");
   std::shared_ptr<store_Database> m_store;
   odb_SectionCategoryRepository m_categories;
+  odb_MaterialRepository m_materials;
 };
 
 #endif
