@@ -1,5 +1,5 @@
-// A test fixture with the section-category and material repositories over a fresh database file
-// in a folder of its own.
+// A test fixture with the section-category, material and section repositories over a fresh
+// database file in a folder of its own.
 #ifndef TESTS_MODELFILE_H
 #define TESTS_MODELFILE_H
 
@@ -12,6 +12,7 @@
 #include "ThrownMessage.h"
 #include "odb_MaterialRepository.h"
 #include "odb_SectionCategoryRepository.h"
+#include "odb_SectionRepository.h"
 #include "store_Database.h"
 
 class ModelFile : public ::testing::Test {
@@ -20,6 +21,7 @@ class ModelFile : public ::testing::Test {
     m_store = store_Database::Create(m_path);
     m_categories = odb_SectionCategoryRepository(m_store);
     m_materials = odb_MaterialRepository(m_store);
+    m_sections = odb_SectionRepository(m_store);
   }
 
   // Saves what was written, closes the writer and opens the file again read-only, as a reader
@@ -38,6 +40,7 @@ class ModelFile : public ::testing::Test {
   std::shared_ptr<store_Database> m_store;
   odb_SectionCategoryRepository m_categories;
   odb_MaterialRepository m_materials;
+  odb_SectionRepository m_sections;
 };
 
 #endif
