@@ -56,7 +56,9 @@ class odb_SectionRepository : public odb_Repository<odb_String, odb_Section> {
   using odb_Repository::insert;
   using odb_Repository::remove;
 
-  void CheckNames(const odb_String& name, const odb_String& materialName) const;
+  // The data of a new section after the checks that every kind shares.
+  std::shared_ptr<odb_SectionData> NewSection(const odb_String& name, odb_Section::Kind kind,
+                                              const odb_String& materialName) const;
   odb_Section& Add(const std::shared_ptr<const odb_SectionData>& section);
 
   std::shared_ptr<store_Database> m_store;

@@ -63,7 +63,8 @@ odb_SectionPoint odb_SectionCategory::SectionPoint(int number, const odb_String&
     odb_ThrowMessage(odb_CatalogueMessage(odb_SectionCategory_INVALID_POINT,
                                           {odb_String(number), category.name}),
                      kSource, 65);
-  if (hasSectionPoint(number))
+  const int at = LowerBound(category.points, number);
+  if (at < category.points.size() && category.points[at].number() == number)
     odb_ThrowMessage(
         odb_CatalogueMessage(odb_SectionCategory_POINT_EXISTS, {odb_String(number), category.name}),
         kSource, 69);
@@ -74,6 +75,6 @@ odb_SectionPoint odb_SectionCategory::SectionPoint(int number, const odb_String&
       .Bind(3, odb_ToText(description))
       .Run();
   const odb_SectionPoint point(number, description);
-  category.points.insert(LowerBound(category.points, number), point);
+  category.points.insert(at, point);
   return point;
 }

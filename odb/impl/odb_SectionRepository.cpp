@@ -76,11 +76,16 @@ void odb_SectionRepository::Load() {
   }
 }
 
-void odb_SectionRepository::CheckNames(const odb_String& name,
-                                       const odb_String& materialName) const {
+std::shared_ptr<odb_SectionData> odb_SectionRepository::NewSection(
+    const odb_String& name, odb_Section::Kind kind, const odb_String& materialName) const {
   if (name.Empty()) Throw(odb_Section_INVALID_NAME, 81, {});
   if (isMember(name)) Throw(odb_Section_ALREADY_EXISTS, 82, {name});
   if (materialName.Empty()) Throw(odb_Section_NO_MATERIAL, 83, {name});
+  auto section = std::make_shared<odb_SectionData>();
+  section->name = name;
+  section->kind = kind;
+  section->material = materialName;
+  return section;
 }
 
 odb_Section& odb_SectionRepository::Add(const std::shared_ptr<const odb_SectionData>& section) {
@@ -106,27 +111,19 @@ odb_Section& odb_SectionRepository::Add(const std::shared_ptr<const odb_SectionD
 
 odb_Section& odb_SectionRepository::HomogeneousSolidSection(const odb_String& name,
                                                             const odb_String& materialName) {
-  CheckNames(name, materialName);
-  auto section = std::make_shared<odb_SectionData>();
-  section->name = name;
-  section->kind = odb_Section::HOMOGENEOUS_SOLID;
-  section->material = materialName;
-  return Add(section);
+  return Add(NewSection(name, odb_Section::HOMOGENEOUS_SOLID, materialName));
 }
 
 odb_Section& odb_SectionRepository::HomogeneousShellSection(const odb_String& name,
                                                             const odb_String& materialName,
                                                             double thickness,
                                                             int integrationPoints) {
-  CheckNames(name, materialName);
+  std::shared_ptr<odb_SectionData> section =
+      NewSection(name, odb_Section::HOMOGENEOUS_SHELL, materialName);
   if (!(std::isfinite(thickness) && thickness > 0.0))
     Throw(odb_Section_BAD_THICKNESS, 123, {odb_String(thickness), name});
   if (integrationPoints < 1)
     Throw(odb_Section_BAD_POINTS, 125, {odb_String(integrationPoints), name});
-  auto section = std::make_shared<odb_SectionData>();
-  section->name = name;
-  section->kind = odb_Section::HOMOGENEOUS_SHELL;
-  section->material = materialName;
   section->thickness = thickness;
   section->integrationPoints = integrationPoints;
   return Add(section);
@@ -136,16 +133,12 @@ odb_Section& odb_SectionRepository::BeamSection(const odb_String& name,
                                                 const odb_String& materialName,
                                                 const odb_String& profile,
                                                 const odb_SequenceDouble& dimensions) {
-  CheckNames(name, materialName);
+  std::shared_ptr<odb_SectionData> section = NewSection(name, odb_Section::BEAM, materialName);
   if (profile.Empty()) Throw(odb_Section_NO_PROFILE, 140, {name});
   if (dimensions.isEmpty()) Throw(odb_Section_NO_DIMENSIONS, 141, {name});
   for (int i = 0; i < dimensions.size(); ++i)
     if (!std::isfinite(dimensions[i]))
       Throw(odb_Section_BAD_DIMENSION, 144, {odb_String(dimensions[i]), name});
-  auto section = std::make_shared<odb_SectionData>();
-  section->name = name;
-  section->kind = odb_Section::BEAM;
-  section->material = materialName;
   section->profile = profile;
   section->dimensions = dimensions;
   return Add(section);
