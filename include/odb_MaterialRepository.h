@@ -1,0 +1,47 @@
+// odb_MaterialRepository: the materials of a database by name, with the creator and the reader
+// that keep them in step with the database file.
+//
+// A named repository (odb_Repository: logarithmic lookups, iteration in ascending name order,
+// O(1) copies) of material handles, which share their data with any copies a caller keeps. The
+// database object owns its repository. Load reads every material in one query; the creator
+// writes the new material at once. Entries are added only through Load and Material, so that
+// what the repository holds is what the file holds: insert and remove are not offered. One
+// thread at a time.
+#ifndef ODB_MATERIALREPOSITORY_H
+#define ODB_MATERIALREPOSITORY_H
+
+#include <memory>
+
+#include "odb_Material.h"
+#include "odb_Repository.h"
+#include "odb_String.h"
+
+class store_Database;
+
+class odb_MaterialRepository : public odb_Repository<odb_String, odb_Material> {
+ public:
+  // A repository of no database: Load finds nothing and the creator throws.
+  odb_MaterialRepository() = default;
+  explicit odb_MaterialRepository(std::shared_ptr<store_Database> store);
+
+  // Adds every stored material not yet held, with the properties stored for it.
+  void Load();
+
+  // Stores a new material with no properties given and returns it. Throws "Invalid material
+  // name." for an empty name, "A material named "NAME" already exists." for a name already held
+  // (a material's properties are set on the material, never by creating it again), "The
+  // material repository belongs to no database." for a repository of no database, and the
+  // store's refusal when the database is read-only. The reference stays valid until the
+  // repository's entries change.
+  odb_Material& Material(const odb_String& name);
+
+ private:
+  using odb_Repository::insert;
+  using odb_Repository::remove;
+
+  std::shared_ptr<store_Database> m_store;
+};
+
+using odb_MaterialRepositoryIT = odb_RepositoryIterator<odb_String, odb_Material>;
+
+#endif

@@ -1,0 +1,60 @@
+#include "odb_MaterialRepository.h"
+
+#include <memory>
+#include <utility>
+
+#include "odb_Exception.h"
+#include "odb_MaterialData.h"
+#include "odb_Message.h"
+#include "odb_StoreWrite.h"
+#include "odb_Util.h"
+#include "store_Database.h"
+#include "store_Statement.h"
+
+namespace {
+
+const char kSource[] = "odb/impl/odb_MaterialRepository";
+
+}  // namespace
+
+odb_MaterialRepository::odb_MaterialRepository(std::shared_ptr<store_Database> store)
+    : m_store(std::move(store)) {}
+
+void odb_MaterialRepository::Load() {
+  if (!m_store) return;
+  // Elasticity counts as given only when both of its constants are.
+  store_Statement q = m_store->Sql(
+      "SELECT id, name, youngs_modulus IS NOT NULL AND poissons_ratio IS NOT NULL, "
+      "coalesce(youngs_modulus, 0), coalesce(poissons_ratio, 0), density IS NOT NULL, "
+      "coalesce(density, 0) FROM material");
+  while (q.Step()) {
+    const odb_String name = odb_FromText(q.Text(1));
+    if (isMember(name)) continue;
+    auto data = std::make_shared<odb_MaterialData>();
+    data->store = m_store;
+    data->id = q.Int64(0);
+    data->name = name;
+    data->hasElastic = q.Int(2) != 0;
+    data->youngsModulus = q.Double(3);
+    data->poissonsRatio = q.Double(4);
+    data->hasDensity = q.Int(5) != 0;
+    data->density = q.Double(6);
+    insert(name, odb_Material(std::move(data)));
+  }
+}
+
+odb_Material& odb_MaterialRepository::Material(const odb_String& name) {
+  if (name.Empty()) odb_ThrowMessage(odb_CatalogueMessage(odb_Material_INVALID_NAME), kSource, 48);
+  if (isMember(name))
+    odb_ThrowMessage(odb_CatalogueMessage(odb_Material_ALREADY_EXISTS, {name}), kSource, 50);
+  store_Database& store =
+      odb_WritableStore(m_store, "The material repository belongs to no database.", kSource, 52);
+  // The properties stay NULL, "not given", until their setters run.
+  store.Sql("INSERT INTO material(name) VALUES (?1)").Bind(1, odb_ToText(name)).Run();
+  auto data = std::make_shared<odb_MaterialData>();
+  data->store = m_store;
+  data->id = sqlite3_last_insert_rowid(store.Connection());
+  data->name = name;
+  insert(name, odb_Material(std::move(data)));
+  return get(name);
+}

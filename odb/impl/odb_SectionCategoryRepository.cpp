@@ -1,0 +1,69 @@
+#include "odb_SectionCategoryRepository.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <utility>
+
+#include "odb_Exception.h"
+#include "odb_Message.h"
+#include "odb_SectionCategoryData.h"
+#include "odb_StoreWrite.h"
+#include "odb_Util.h"
+#include "store_Database.h"
+#include "store_Statement.h"
+
+namespace {
+
+const char kSource[] = "odb/impl/odb_SectionCategoryRepository";
+
+}  // namespace
+
+odb_SectionCategoryRepository::odb_SectionCategoryRepository(std::shared_ptr<store_Database> store)
+    : m_store(std::move(store)) {}
+
+void odb_SectionCategoryRepository::Load() {
+  if (!m_store) return;
+  std::map<std::int64_t, std::shared_ptr<odb_SectionCategoryData>> found;
+  {
+    store_Statement q = m_store->Sql("SELECT id, name, description FROM section_category");
+    while (q.Step()) {
+      auto data = std::make_shared<odb_SectionCategoryData>();
+      data->store = m_store;
+      data->id = q.Int64(0);
+      data->name = odb_FromText(q.Text(1));
+      data->description = odb_FromText(q.Text(2));
+      if (!isMember(data->name)) found.emplace(data->id, std::move(data));
+    }
+  }
+  if (found.empty()) return;
+  // All points in one walk of the table's key order, which is by category, then by number.
+  store_Statement q =
+      m_store->Sql("SELECT category_id, number, description FROM section_point ORDER BY 1, 2");
+  while (q.Step()) {
+    auto category = found.find(q.Int64(0));
+    if (category != found.end())
+      category->second->points.append(odb_SectionPoint(q.Int(1), odb_FromText(q.Text(2))));
+  }
+  for (auto& entry : found) insert(entry.second->name, odb_SectionCategory(entry.second));
+}
+
+odb_SectionCategory& odb_SectionCategoryRepository::SectionCategory(const odb_String& name,
+                                                                    const odb_String& description) {
+  if (name.Empty())
+    odb_ThrowMessage(odb_CatalogueMessage(odb_SectionCategory_INVALID_NAME), kSource, 54);
+  if (isMember(name)) return get(name);
+  store_Database& store = odb_WritableStore(
+      m_store, "The section category repository belongs to no database.", kSource, 57);
+  store.Sql("INSERT INTO section_category(name, description) VALUES (?1, ?2)")
+      .Bind(1, odb_ToText(name))
+      .Bind(2, odb_ToText(description))
+      .Run();
+  auto data = std::make_shared<odb_SectionCategoryData>();
+  data->store = m_store;
+  data->id = sqlite3_last_insert_rowid(store.Connection());
+  data->name = name;
+  data->description = description;
+  insert(name, odb_SectionCategory(data));
+  return get(name);
+}
