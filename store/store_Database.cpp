@@ -83,7 +83,12 @@ void store_Database::Execute(const char* sql) {
 
 store_Statement store_Database::Sql(const char* sql) {
   if (!m_db) throw store_Error("The database is closed.");
-  return store_Statement(m_db, m_cache->Get(sql));
+  sqlite3_stmt* stmt = m_cache->Get(sql);
+  // A read-only database may hold a writable connection (to fold the log back on close) and
+  // runs without an open transaction, so a write would reach the file at once: refuse it here,
+  // where every statement passes.
+  if (m_readOnly && !sqlite3_stmt_readonly(stmt)) RequireWritable("write");
+  return store_Statement(m_db, stmt);
 }
 
 void store_Database::RequireWritable(const char* what) const {

@@ -115,7 +115,8 @@ class store_Database {
   // Reads the whole array into `out` (which must hold ArrayBytes(id) bytes).
   void GetArray(std::int64_t id, void* out);
 
-  // The connection and a cached prepared statement, for the store's own modules.
+  // The connection and a cached prepared statement, for the store's own modules. On a
+  // read-only database a statement that writes is refused.
   sqlite3* Connection() const { return m_db; }
   store_Statement Sql(const char* sql);
 

@@ -117,10 +117,12 @@ CREATE TABLE section(
 inline constexpr const char* store_kReaderPragmas = "PRAGMA mmap_size = 1099511627776;";
 
 // A writer: a commit returns only when the log is on disk; a large cache keeps big transactions
-// from spilling page by page.
+// from spilling page by page. The log is folded back into the file when the writer closes, or
+// once it passes 1 GiB (16384 pages), not after every save: a save then writes its data once.
 inline constexpr const char* store_kWriterPragmas = R"SQL(
 PRAGMA synchronous = FULL;
 PRAGMA cache_size = -262144;
+PRAGMA wal_autocheckpoint = 16384;
 PRAGMA mmap_size = 1099511627776;
 )SQL";
 

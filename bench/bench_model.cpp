@@ -1,0 +1,225 @@
+// Measures the model figures through the public interface, each against a baseline timed in the
+// same run: writing a mesh of a million nodes and hexahedra (against fwrite + fsync of the same
+// arrays), the peak memory of that write (against the size of the arrays handed in), walking the
+// mesh after reopening, and finding nodes and elements by label, for consecutive and for
+// scattered labels (against std::vector and std::map).
+//
+// Usage: bench_model [--cells N]   (N x N x N hexahedra, 100 by default)
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <numeric>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "bench_Timing.h"
+#include "odb_API.h"
+
+namespace {
+
+struct Mesh {
+  std::vector<int> nodeLabels;
+  std::vector<float> coordinates;
+  std::vector<int> elementLabels;
+  std::vector<int> connectivity;
+  std::size_t Bytes() const {
+    return 4 * (nodeLabels.size() + coordinates.size() + elementLabels.size() +
+                connectivity.size());
+  }
+};
+
+// A block of n x n x n hexahedra; labels are consecutive from 1, or scattered: spread over a
+// range a thousand times their number and shuffled.
+Mesh Block(int n, bool scattered) {
+  Mesh m;
+  int p = n + 1;
+  auto node = [p](int i, int j, int k) { return (k * p + j) * p + i; };
+  for (int k = 0; k < p; ++k)
+    for (int j = 0; j < p; ++j)
+      for (int i = 0; i < p; ++i) {
+        m.nodeLabels.push_back(node(i, j, k) + 1);
+        m.coordinates.insert(m.coordinates.end(), {float(i), float(j), float(k)});
+      }
+  for (int k = 0; k < n; ++k)
+    for (int j = 0; j < n; ++j)
+      for (int i = 0; i < n; ++i) {
+        m.elementLabels.push_back(static_cast<int>(m.elementLabels.size()) + 1);
+        int c[8] = {node(i, j, k),         node(i + 1, j, k),         node(i + 1, j + 1, k),
+                    node(i, j + 1, k),     node(i, j, k + 1),         node(i + 1, j, k + 1),
+                    node(i + 1, j + 1, k + 1), node(i, j + 1, k + 1)};
+        for (int v : c) m.connectivity.push_back(v + 1);
+      }
+  if (scattered) {
+    std::mt19937 random(7);
+    std::vector<int> nodeMap(m.nodeLabels.size()), elementMap(m.elementLabels.size());
+    for (std::size_t i = 0; i < nodeMap.size(); ++i) nodeMap[i] = static_cast<int>(i) * 1000 + 7;
+    for (std::size_t i = 0; i < elementMap.size(); ++i)
+      elementMap[i] = static_cast<int>(i) * 1000 + 3;
+    std::shuffle(nodeMap.begin(), nodeMap.end(), random);
+    std::shuffle(elementMap.begin(), elementMap.end(), random);
+    for (int& label : m.nodeLabels) label = nodeMap[label - 1];
+    for (int& label : m.elementLabels) label = elementMap[label - 1];
+    for (int& label : m.connectivity) label = nodeMap[label - 1];
+  }
+  return m;
+}
+
+double FwriteFsync(const Mesh& m, const std::string& path) {
+  return Best(3, [&] {
+    FILE* f = std::fopen(path.c_str(), "wb");
+    std::fwrite(m.nodeLabels.data(), 4, m.nodeLabels.size(), f);
+    std::fwrite(m.coordinates.data(), 4, m.coordinates.size(), f);
+    std::fwrite(m.elementLabels.data(), 4, m.elementLabels.size(), f);
+    std::fwrite(m.connectivity.data(), 4, m.connectivity.size(), f);
+    std::fflush(f);
+    fsync(fileno(f));
+    std::fclose(f);
+  });
+}
+
+long StatusKb(const char* key) {
+  std::ifstream status("/proc/self/status");
+  std::string line;
+  while (std::getline(status, line))
+    if (line.rfind(key, 0) == 0) return std::atol(line.c_str() + std::strlen(key));
+  return 0;
+}
+
+void ResetPeakMemory() {
+  std::ofstream("/proc/self/clear_refs") << "5";
+}
+
+struct Inputs {
+  odb_SequenceInt nodeLabels, elementLabels;
+  odb_SequenceSequenceFloat coordinates;
+  odb_SequenceSequenceInt connectivity;
+};
+
+Inputs ToSequences(const Mesh& m) {
+  Inputs in;
+  in.nodeLabels = odb_SequenceInt(m.nodeLabels.data(), static_cast<int>(m.nodeLabels.size()));
+  in.elementLabels =
+      odb_SequenceInt(m.elementLabels.data(), static_cast<int>(m.elementLabels.size()));
+  for (std::size_t i = 0; i < m.nodeLabels.size(); ++i)
+    in.coordinates.append(odb_SequenceFloat(&m.coordinates[3 * i], 3));
+  for (std::size_t i = 0; i < m.elementLabels.size(); ++i)
+    in.connectivity.append(odb_SequenceInt(&m.connectivity[8 * i], 8));
+  return in;
+}
+
+// Writes a part of the mesh into a new database and saves it; returns the seconds taken.
+double WriteOdb(const Inputs& in, const std::string& path) {
+  return Seconds([&] {
+    odb_Odb& odb = Odb("", "", "", path.c_str());
+    odb_DiscretePart& part = odb.DiscretePart("BLOCK", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
+    part.addNodes(in.nodeLabels, in.coordinates);
+    part.addElements(in.elementLabels, in.connectivity, "C3D8R");
+    saveOdb(odb);
+    closeOdb(odb);
+  });
+}
+
+double Rate(double count, double seconds) {
+  return count / seconds / 1e6;
+}
+
+// Times random label lookups on the reopened part and on std::map, in millions per second.
+void Lookups(const std::string& path, const Mesh& m, const char* what) {
+  odb_Odb& odb = openOdb(path.c_str(), true);
+  odb_DiscretePart& part = odb.parts().get("BLOCK");
+  std::mt19937 random(11);
+  const int kLookups = 2000000;
+  std::vector<int> nodes(kLookups), elements(kLookups);
+  for (int i = 0; i < kLookups; ++i) {
+    nodes[i] = m.nodeLabels[random() % m.nodeLabels.size()];
+    elements[i] = m.elementLabels[random() % m.elementLabels.size()];
+  }
+  part.getNodeFromLabel(nodes[0]);
+  part.getElementFromLabel(elements[0]);
+  long sum = 0;
+  double nodeSeconds = Seconds([&] {
+    for (int label : nodes) sum += part.getNodeFromLabel(label).index();
+  });
+  double elementSeconds = Seconds([&] {
+    for (int label : elements) sum += part.getElementFromLabel(label).index();
+  });
+  std::map<int, int> map;
+  for (std::size_t i = 0; i < m.nodeLabels.size(); ++i) map.emplace(m.nodeLabels[i], int(i));
+  double mapSeconds = Seconds([&] {
+    for (int label : nodes) sum += map.find(label)->second;
+  });
+  std::printf("%-11s getNodeFromLabel %6.1f M/s, getElementFromLabel %6.1f M/s, std::map find "
+              "%6.1f M/s (%.2fx / %.2fx its time)  [%ld]\n",
+              what, Rate(kLookups, nodeSeconds), Rate(kLookups, elementSeconds),
+              Rate(kLookups, mapSeconds), nodeSeconds / mapSeconds, elementSeconds / mapSeconds,
+              sum % 10);
+  closeOdb(odb);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  int cells = 100;
+  if (argc == 3 && std::strcmp(argv[1], "--cells") == 0) cells = std::atoi(argv[2]);
+  std::filesystem::path dir = std::filesystem::temp_directory_path() / "qtvodb_bench_model";
+  std::filesystem::remove_all(dir);
+  std::filesystem::create_directories(dir);
+  std::string path = (dir / "block.odb").string(), scatteredPath = (dir / "scattered.odb").string();
+  int count = 0;
+  odb_initialize(count);
+
+  Mesh mesh = Block(cells, false);
+  std::printf("mesh: %zu nodes, %zu C3D8R elements, %.1f MB of arrays\n", mesh.nodeLabels.size(),
+              mesh.elementLabels.size(), mesh.Bytes() / 1e6);
+  double raw = FwriteFsync(mesh, (dir / "raw.bin").string());
+  Inputs inputs = ToSequences(mesh);
+  long before = StatusKb("VmRSS:");
+  ResetPeakMemory();
+  double write = WriteOdb(inputs, path);
+  long peak = StatusKb("VmHWM:");
+  std::printf("write      addNodes+addElements+saveOdb %.3f s, fwrite+fsync %.3f s: %.2fx\n", write,
+              raw, write / raw);
+  std::printf("memory     peak during the write %.1f MB above the inputs: %.2fx the arrays\n",
+              (peak - before) / 1e3, (peak - before) * 1e3 / mesh.Bytes());
+  inputs = Inputs();
+
+  odb_Odb& odb = openOdb(path.c_str(), true);
+  odb_DiscretePart& part = odb.parts().get("BLOCK");
+  const odb_SequenceNode& nodes = part.nodes();
+  const odb_SequenceElement& elements = part.elements();
+  double sum = 0;
+  double firstWalk = Seconds([&] {
+    for (int i = 0; i < nodes.size(); ++i) sum += nodes[i].coordinates()[0];
+    for (int i = 0; i < elements.size(); ++i) sum += elements[i].nodeLabels()[7];
+  });
+  double walk = Best(3, [&] {
+    for (int i = 0; i < nodes.size(); ++i) sum += nodes[i].coordinates()[0];
+    for (int i = 0; i < elements.size(); ++i) sum += elements[i].nodeLabels()[7];
+  });
+  double vectorWalk = Best(3, [&] {
+    for (std::size_t i = 0; i < mesh.nodeLabels.size(); ++i) sum += mesh.coordinates[3 * i];
+    for (std::size_t i = 0; i < mesh.elementLabels.size(); ++i) sum += mesh.connectivity[8 * i + 7];
+  });
+  double records = nodes.size() + elements.size();
+  std::printf("walk       nodes()+elements() %.1f M records/s (first walk, reading the file: %.1f "
+              "M/s); std::vector %.1f M/s  [%g]\n",
+              Rate(records, walk), Rate(records, firstWalk), Rate(records, vectorWalk), sum);
+  closeOdb(odb);
+
+  Lookups(path, mesh, "consecutive");
+  Mesh scattered = Block(cells, true);
+  WriteOdb(ToSequences(scattered), scatteredPath);
+  Lookups(scatteredPath, scattered, "scattered");
+
+  odb_finalize(count);
+  std::filesystem::remove_all(dir);
+  return 0;
+}

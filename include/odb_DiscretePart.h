@@ -1,0 +1,69 @@
+// odb_DiscretePart: a part of the model: a named mesh that instances place in the assembly.
+//
+// A handle (see odb_DiscreteEntity): copies share the part. Created by odb_Odb::DiscretePart and
+// kept in the database's part repository. addNodes and addElements check the caller's arrays,
+// write one block each to the file at once (the database's save commits it), and keep only the
+// labels in memory; a million nodes and elements write at disk speed. One thread at a time.
+#ifndef ODB_DISCRETEPART_H
+#define ODB_DISCRETEPART_H
+
+#include <memory>
+
+#include "odb_DiscreteEntity.h"
+#include "odb_SectionCategory.h"
+#include "odb_Sequence.h"
+#include "odb_String.h"
+
+// The messages of parts.
+enum odb_DiscretePartEnm : int {
+  odb_DiscretePart_NODE_COUNT_MISMATCH = 0,
+  odb_DiscretePart_NODE_DIMENSION = 1,  // %1$s: floats expected, %2$s: floats received
+  odb_DiscretePart_NO_CONNECTIVITY = 2,
+  odb_DiscretePart_CONNECTIVITY_LENGTHS = 3,
+  odb_DiscretePart_NO_NODE_LABELS = 4,
+  odb_DiscretePart_NO_ELEMENT_LABELS = 5,
+  odb_DiscretePart_DUPLICATE_NODE = 6,     // %1$s: the label, %2$s: the part's name
+  odb_DiscretePart_DUPLICATE_ELEMENT = 7,  // %1$s: the label, %2$s: the part's name
+  odb_DiscretePart_UNKNOWN_NODE = 8,       // %1$s: element, %2$s: node, %3$s: the part's name
+  odb_DiscretePart_TOO_MANY_NODES = 9      // %1$s: nodes per element, %2$s: the most allowed
+};
+
+template <>
+struct uti_LabelTable<odb_DiscretePartEnm, 1> {
+  static const uti_LabelRow<odb_DiscretePartEnm> rows[];
+};
+
+class odb_DiscretePart : public odb_DiscreteEntity {
+ public:
+  // A part of no database; the creators throw.
+  odb_DiscretePart() = default;
+  explicit odb_DiscretePart(std::shared_ptr<odb_EntityData> data) : odb_DiscreteEntity(data) {}
+
+  // Adds nodes: one row of coordinates per label, 3 floats in a three-dimensional part, 2 in a
+  // planar or axisymmetric one. Checks, in order: "No node labels provided.", "Number of node
+  // labels and coordinates does not match.", the row lengths ("Node location specification does
+  // not correspond to part dimension. D floats expected; N floats received."), then labels
+  // already used in the part or repeated ("Duplicate node label L in part "P"."). Nothing is
+  // written when a check fails. A non-empty set name also makes a node set of the new nodes
+  // (an existing set of that name is kept as it is).
+  void addNodes(const odb_SequenceInt& labels, const odb_SequenceSequenceFloat& coordinates,
+                const odb_String& nodeSetName = odb_String());
+
+  // Adds elements of one type. Checks, in order: "No element labels provided.", "Connectivity
+  // array must be provided for all elements.", "Element connectivity arrays should be of same
+  // length.", at most 30 nodes per element, node labels the part does not have ("Element E of
+  // part "P" refers to node N, which the part does not have."), then repeated labels. A type
+  // name that the element library does not know is taken as a user element. A non-empty set
+  // name also makes an element set of the new elements.
+  void addElements(const odb_SequenceInt& labels, const odb_SequenceSequenceInt& connectivity,
+                   const odb_String& type, const odb_String& elementSetName = odb_String(),
+                   const odb_SectionCategory& sectionCategory = odb_SectionCategory());
+
+  // Makes a node set, element set or surface of the part, as odb_Instance does for instances.
+  odb_Set& NodeSet(const odb_String& name, const odb_SequenceInt& nodeLabels);
+  odb_Set& ElementSet(const odb_String& name, const odb_SequenceInt& elementLabels);
+  odb_Set& Surface(const odb_String& name, const odb_SequenceInt& elementLabels,
+                   const odb_SequenceElementFace& faces);
+};
+
+#endif

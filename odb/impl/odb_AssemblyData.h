@@ -1,0 +1,32 @@
+// odb_AssemblyData: what the handles of the root assembly share; internal.
+#ifndef ODB_ASSEMBLYDATA_H
+#define ODB_ASSEMBLYDATA_H
+
+#include <memory>
+
+#include "odb_Assembly.h"
+#include "odb_DiscretePartRepository.h"
+#include "store_Database.h"
+#include "store_Model.h"
+
+struct odb_AssemblyData {
+  std::shared_ptr<store_Database> store;
+  // The database's parts, which instances place; owned by the database object.
+  std::shared_ptr<odb_DiscretePartRepository> parts;
+  odb_DiscretePartRepository::CategoryLookup categories;
+
+  bool instancesRead = false;
+  odb_InstanceRepository instances;
+  odb_MeshList meshes;
+  bool setsRead = false;
+  odb_SetRepository nodeSets, elementSets, surfaces;
+
+  void ReadInstances();
+  void ReadSets();
+  odb_SetRepository& Repository(odb_Set::Type type);
+  // An instance handle over `part`'s mesh.
+  odb_Instance MakeInstance(const odb_String& name, const odb_DiscretePart& part,
+                            const store_Placement& placement);
+};
+
+#endif

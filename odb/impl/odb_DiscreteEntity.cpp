@@ -1,0 +1,143 @@
+#include "odb_DiscreteEntity.h"
+
+#include "odb_EntityData.h"
+#include "odb_Exception.h"
+#include "odb_Instance.h"
+#include "odb_Message.h"
+
+namespace {
+const char kSource[] = "odb/impl/odb_DiscreteEntity";
+}
+
+store_Database& odb_EntityData::Store() const {
+  if (!mesh) odb_ThrowMessage("The part or instance belongs to no database.", kSource, 14);
+  return *mesh->mesh->Database();
+}
+
+void odb_EntityData::ReadSets() {
+  if (setsRead || !mesh) return;
+  std::vector<store_SetRecord> records = store_Sets(Store(), ownerKind, name.CStr());
+  for (const store_SetRecord& record : records) {
+    if (record.kind < odb_Set::NODE_SET || record.kind > odb_Set::SURFACE_SET)
+      odb_ThrowMessage(odb_CatalogueMessage(odb_Instance_UNKNOWN_SET_TYPE), kSource, 18);
+    std::vector<std::shared_ptr<odb_MeshData>> meshesOfMembers(record.members.size(), mesh);
+    odb_Set set(odb_SetData::FromRecord(record, meshesOfMembers));
+    Repository(set.type()).insert(set.name(), set);
+  }
+  setsRead = true;
+}
+
+odb_SetRepository& odb_EntityData::Repository(odb_Set::Type type) {
+  switch (type) {
+    case odb_Set::NODE_SET:
+      return nodeSets;
+    case odb_Set::ELEMENT_SET:
+      return elementSets;
+    default:
+      return surfaces;
+  }
+}
+
+odb_Set& odb_EntityData::AddSet(const std::shared_ptr<odb_SetData>& set) {
+  ReadSets();
+  odb_SetRepository& repository = Repository(set->type);
+  store_AddSet(Store(), ownerKind, name.CStr(), set->ToRecord());
+  repository.insert(set->name, odb_Set(set));
+  return repository.get(set->name);
+}
+
+odb_Set& odb_EntityData::CreateSet(const odb_String& setName, odb_Set::Type kind,
+                                   const std::vector<int>& labels, const std::vector<int>& faces) {
+  ReadSets();
+  if (Repository(kind).isMember(setName))
+    odb_ThrowMessage(odb_CatalogueMessage(odb_Instance_DUPLICATE_NAME), kSource, 56);
+  auto set = std::make_shared<odb_SetData>();
+  set->name = setName;
+  set->type = kind;
+  set->members.push_back(odb_SetData::MakeMember(mesh, kind, labels.data(),
+                                                 static_cast<int>(labels.size()), faces.data()));
+  set->meshes.append(odb_Mesh(mesh));
+  return AddSet(set);
+}
+
+void odb_EntityData::ReadAssignments() {
+  if (assignmentsRead || !mesh) return;
+  for (const store_SectionAssignment& a : store_SectionAssignments(Store(), ownerKind, name.CStr()))
+    assignments.push_back({a.setName.c_str(), a.section.c_str()});
+  assignmentsRead = true;
+}
+
+odb_DiscreteEntity::odb_DiscreteEntity() : m_data(std::make_shared<odb_EntityData>()) {}
+odb_DiscreteEntity::odb_DiscreteEntity(std::shared_ptr<odb_EntityData> data)
+    : m_data(std::move(data)) {}
+
+odb_String odb_DiscreteEntity::name() const {
+  return m_data->name;
+}
+odb_Enum::odb_DimensionEnum odb_DiscreteEntity::embeddedSpace() const {
+  return m_data->dimension;
+}
+odb_Enum::odb_PartTypeEnum odb_DiscreteEntity::type() const {
+  return m_data->type;
+}
+const odb_MeshList& odb_DiscreteEntity::meshes() const {
+  return m_data->meshes;
+}
+
+const odb_SequenceNode& odb_DiscreteEntity::nodes() const {
+  odb_EntityData& d = *m_data;
+  if (d.mesh && (!d.nodes.mesh() || d.nodes.size() != d.mesh->NodeCount()))
+    d.nodes = odb_SequenceNode(d.mesh);
+  return d.nodes;
+}
+
+const odb_SequenceElement& odb_DiscreteEntity::elements() const {
+  odb_EntityData& d = *m_data;
+  if (d.mesh && (!d.elements.mesh() || d.elements.size() != d.mesh->ElementCount()))
+    d.elements = odb_SequenceElement(d.mesh);
+  return d.elements;
+}
+
+odb_Node odb_DiscreteEntity::nodes(int i) const {
+  return odb_Mesh(m_data->mesh).node(i);
+}
+odb_Element odb_DiscreteEntity::elements(int i) const {
+  return odb_Mesh(m_data->mesh).element(i);
+}
+
+odb_Node odb_DiscreteEntity::getNodeFromLabel(int label) const {
+  odb_Mesh mesh(m_data->mesh);
+  return m_data->mesh->NodeAt(mesh.nodePosition(label));
+}
+
+odb_Element odb_DiscreteEntity::getElementFromLabel(int label) const {
+  odb_Mesh mesh(m_data->mesh);
+  return m_data->mesh->ElementAt(mesh.elementPosition(label));
+}
+
+odb_SetRepository& odb_DiscreteEntity::nodeSets() {
+  m_data->ReadSets();
+  return m_data->nodeSets;
+}
+odb_SetRepository& odb_DiscreteEntity::elementSets() {
+  m_data->ReadSets();
+  return m_data->elementSets;
+}
+odb_SetRepository& odb_DiscreteEntity::surfaces() {
+  m_data->ReadSets();
+  return m_data->surfaces;
+}
+
+void odb_DiscreteEntity::assignSection(const odb_Set& region, const odb_Section& section) {
+  if (region.type() != odb_Set::ELEMENT_SET)
+    odb_ThrowMessage(odb_CatalogueMessage(odb_Instance_SECTION_NEEDS_ELEMENT_SET), kSource, 113);
+  m_data->ReadAssignments();
+  store_AddSectionAssignment(m_data->Store(), m_data->ownerKind, m_data->name.CStr(),
+                             {region.name().CStr(), section.name().CStr()});
+  m_data->assignments.push_back({region.name(), section.name()});
+}
+
+std::vector<odb_SectionAssignment> odb_DiscreteEntity::sectionAssignments() const {
+  m_data->ReadAssignments();
+  return m_data->assignments;
+}

@@ -1,0 +1,52 @@
+#include "odb_DiscretePartRepository.h"
+
+#include "odb_EntityData.h"
+#include "odb_Exception.h"
+#include "odb_Message.h"
+#include "odb_Odb.h"
+#include "store_Model.h"
+
+odb_DiscretePartRepository::odb_DiscretePartRepository(std::shared_ptr<store_Database> store,
+                                                       CategoryLookup categories)
+    : m_store(std::move(store)), m_categories(std::move(categories)) {}
+
+odb_DiscretePart odb_DiscretePartRepository::MakePart(std::int64_t id, const odb_String& name,
+                                                      int dimension, int type) {
+  auto data = std::make_shared<odb_EntityData>();
+  data->name = name;
+  data->dimension = static_cast<odb_Enum::odb_DimensionEnum>(dimension);
+  data->type = static_cast<odb_Enum::odb_PartTypeEnum>(type);
+  data->ownerKind = store_kPartOwner;
+  data->mesh = std::make_shared<odb_MeshData>(std::make_shared<store_Mesh>(m_store, id), name,
+                                              odb_String(), nullptr, m_categories);
+  data->meshes.append(odb_Mesh(data->mesh));
+  return odb_DiscretePart(data);
+}
+
+void odb_DiscretePartRepository::Load() {
+  if (!m_store) return;
+  for (const store_PartRecord& record : store_Parts(*m_store)) {
+    odb_String name(record.name.c_str());
+    if (!isMember(name)) insert(name, MakePart(record.id, name, record.dimension, record.type));
+  }
+}
+
+odb_DiscretePart& odb_DiscretePartRepository::DiscretePart(const odb_String& name,
+                                                           odb_Enum::odb_DimensionEnum dimension,
+                                                           odb_Enum::odb_PartTypeEnum type) {
+  if (isMember(name))
+    odb_ThrowMessage(odb_CatalogueMessage(odb_Odb_PART_EXISTS, {name}),
+                     "odb/impl/odb_DiscretePartRepository", 42);
+  if (!m_store)
+    odb_ThrowMessage("The part repository belongs to no database.",
+                     "odb/impl/odb_DiscretePartRepository", 45);
+  std::int64_t id = store_AddPart(*m_store, name.CStr(), dimension, type);
+  insert(name, MakePart(id, name, dimension, type));
+  return get(name);
+}
+
+const odb_DiscretePart* odb_DiscretePartRepository::FindById(std::int64_t id) const {
+  for (odb_DiscretePartRepositoryIT it(*this); !it.isDone(); it.next())
+    if (it.currentValue().meshes().mesh(0).meshIndex() == id) return &it.currentValue();
+  return nullptr;
+}

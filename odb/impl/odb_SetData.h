@@ -1,0 +1,41 @@
+// odb_SetData: what set handles share: the set's name and kind and, per mesh it spans, the
+// positions of its members and the faces of a surface; internal.
+#ifndef ODB_SETDATA_H
+#define ODB_SETDATA_H
+
+#include <memory>
+#include <vector>
+
+#include "odb_MeshData.h"
+#include "odb_MeshList.h"
+#include "odb_Set.h"
+#include "store_Model.h"
+
+struct odb_SetData {
+  struct Member {
+    std::shared_ptr<odb_MeshData> mesh;
+    std::vector<int> positions;
+    std::vector<int> faces;
+  };
+
+  odb_String name;
+  odb_Set::Type type = odb_Set::NODE_SET;
+  bool internal = false;
+  odb_MeshList meshes;
+  std::vector<Member> members;
+
+  // A member from labels given by a caller: throws "Node LABEL not found in "OWNER"." (or
+  // Element) for a label the mesh lacks and, for surfaces, "Face F is not a face of element
+  // LABEL of type T." for a face the element type does not have (user elements accept any face).
+  static Member MakeMember(const std::shared_ptr<odb_MeshData>& mesh, odb_Set::Type type,
+                           const int* labels, int count, const int* faces);
+  // A set from its stored record; `meshOf` gives the mesh of each member's instance. Labels the
+  // mesh lacks are dropped (the writers refuse them, so only a damaged file has any).
+  static std::shared_ptr<odb_SetData> FromRecord(
+      const store_SetRecord& record,
+      const std::vector<std::shared_ptr<odb_MeshData>>& memberMeshes);
+  // The stored record of this set, labels taken from the meshes.
+  store_SetRecord ToRecord() const;
+};
+
+#endif

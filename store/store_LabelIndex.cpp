@@ -1,0 +1,80 @@
+#include "store_LabelIndex.h"
+
+#include <algorithm>
+
+bool store_LabelIndex::Build(const int* labels, int n, int& duplicate) {
+  m_slots.clear();
+  m_entries.clear();
+  m_count = 0;
+  m_form = Form::kConsecutive;
+  m_first = 0;
+  if (n == 0) return true;
+  std::int64_t low = labels[0], high = labels[0];
+  bool consecutive = true;
+  for (int i = 1; i < n; ++i) {
+    consecutive = consecutive && static_cast<std::int64_t>(labels[i]) == labels[i - 1] + 1LL;
+    low = std::min<std::int64_t>(low, labels[i]);
+    high = std::max<std::int64_t>(high, labels[i]);
+  }
+  if (consecutive) {
+    m_first = labels[0];
+    m_count = n;
+    return true;
+  }
+  bool built = high - low < 4 * static_cast<std::int64_t>(n) + 1024
+                   ? BuildDirect(labels, n, low, high, duplicate)
+                   : BuildHash(labels, n, duplicate);
+  if (!built) {
+    m_slots.clear();
+    m_entries.clear();
+    m_form = Form::kConsecutive;
+    m_first = 0;
+    return false;
+  }
+  m_count = n;
+  return true;
+}
+
+bool store_LabelIndex::BuildDirect(const int* labels, int n, std::int64_t low, std::int64_t high,
+                                   int& duplicate) {
+  m_form = Form::kDirect;
+  m_first = low;
+  m_slots.assign(static_cast<std::size_t>(high - low + 1), -1);
+  for (int i = 0; i < n; ++i) {
+    int& slot = m_slots[static_cast<std::size_t>(labels[i] - low)];
+    if (slot >= 0) {
+      duplicate = labels[i];
+      return false;
+    }
+    slot = i;
+  }
+  return true;
+}
+
+bool store_LabelIndex::BuildHash(const int* labels, int n, int& duplicate) {
+  m_form = Form::kHash;
+  std::uint32_t size = 16;
+  while (size < 2u * static_cast<std::uint32_t>(n)) size *= 2;
+  m_mask = size - 1;
+  m_entries.assign(size, Entry{0, -1});
+  for (int i = 0; i < n; ++i) {
+    std::uint32_t at = Mix(labels[i]) & m_mask;
+    while (m_entries[at].position >= 0) {
+      if (m_entries[at].label == labels[i]) {
+        duplicate = labels[i];
+        return false;
+      }
+      at = (at + 1) & m_mask;
+    }
+    m_entries[at] = Entry{labels[i], i};
+  }
+  return true;
+}
+
+int store_LabelIndex::FindHashed(int label) const {
+  for (std::uint32_t at = Mix(label) & m_mask;; at = (at + 1) & m_mask) {
+    const Entry& e = m_entries[at];
+    if (e.position < 0) return -1;
+    if (e.label == label) return e.position;
+  }
+}

@@ -1,0 +1,105 @@
+// store_Mesh: the nodes and elements of one part, as the file stores them and as memory keeps
+// them once read.
+//
+// A part's mesh is stored in blocks, one per addition: a node block holds labels (int32) and
+// coordinates (three float64 per node, zero-padded in planar parts); an element block holds
+// elements of one type and section category, their labels and their connectivity in node labels
+// (int32, nodes-per-element per element). Instances of the part share its store_Mesh: their
+// element data are never copied.
+//
+// Each array is read on first use and kept (labels, coordinates, connectivity separately, so a
+// walk over the nodes never reads the elements), and the label indexes are built on first lookup.
+// Additions validate against what is stored before writing anything, write one block inside the
+// database's open transaction, and keep the label arrays in memory; the bulk arrays are read back
+// only when asked for, which keeps the memory of a large write near the size of its input.
+// Owned by shared_ptr by the part and its instances. One thread at a time.
+#ifndef STORE_MESH_H
+#define STORE_MESH_H
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "store_LabelIndex.h"
+
+class store_Database;
+
+struct store_ElementBlock {
+  std::string type;
+  int nodesPerElement = 0;
+  std::string sectionCategory;
+  int first = 0;                      // position of the block's first element in the part
+  int count = 0;                      // number of elements
+  std::size_t connectivityStart = 0;  // offset of its first node label in Connectivity()
+};
+
+// Why an addition was refused; nothing was written.
+struct store_MeshRefusal {
+  enum Kind { kNone, kDuplicateNode, kDuplicateElement, kUnknownNode } kind = kNone;
+  int label = 0;  // the duplicate label, or the element naming an unknown node
+  int node = 0;   // kUnknownNode: the node label it names
+  explicit operator bool() const { return kind != kNone; }
+};
+
+class store_Mesh {
+ public:
+  store_Mesh(std::shared_ptr<store_Database> db, std::int64_t partId);
+  std::int64_t PartId() const { return m_partId; }
+  const std::shared_ptr<store_Database>& Database() const { return m_db; }
+
+  int NodeCount() { return static_cast<int>(NodeLabels().size()); }
+  const std::vector<int>& NodeLabels();
+  // Three coordinates per node, in node order.
+  const std::vector<double>& NodeCoordinates();
+  // The position of a node label, -1 when the part has no such node.
+  int NodePosition(int label);
+
+  int ElementCount() { return static_cast<int>(ElementLabels().size()); }
+  const std::vector<int>& ElementLabels();
+  const std::vector<store_ElementBlock>& ElementBlocks();
+  // The node labels of all elements, block after block.
+  const std::vector<int>& Connectivity();
+  int ElementPosition(int label);
+  // The block holding the element at `position` (0 <= position < ElementCount()).
+  const store_ElementBlock& BlockOf(int position);
+
+  // Adds nodes: `coordinates` holds `dimension` (2 or 3) values per node. Refuses duplicate
+  // labels, among the new ones or against the part's nodes.
+  store_MeshRefusal AddNodes(const std::vector<int>& labels, const std::vector<double>& coordinates,
+                             int dimension);
+  // Adds elements of one type: `connectivity` holds nodesPerElement node labels per element.
+  // Refuses duplicate element labels and node labels the part does not have.
+  store_MeshRefusal AddElements(const std::vector<int>& labels,
+                                const std::vector<int>& connectivity, int nodesPerElement,
+                                const std::string& type, const std::string& sectionCategory);
+
+ private:
+  void LoadNodeBlocks();
+  void LoadElementBlocks();
+  const store_LabelIndex& NodeIndex();
+  const store_LabelIndex& ElementIndex();
+
+  std::shared_ptr<store_Database> m_db;
+  std::int64_t m_partId;
+
+  bool m_nodeBlocksRead = false;
+  std::vector<std::int64_t> m_nodeLabelArrays, m_coordinateArrays;
+  std::vector<int> m_nodeLabels;
+  bool m_coordinatesRead = false;
+  std::vector<double> m_coordinates;
+  bool m_nodeIndexBuilt = false;
+  store_LabelIndex m_nodeIndex;
+
+  bool m_elementBlocksRead = false;
+  std::vector<store_ElementBlock> m_blocks;
+  std::vector<std::int64_t> m_connectivityArrays;
+  std::vector<int> m_elementLabels;
+  bool m_connectivityRead = false;
+  std::vector<int> m_connectivity;
+  bool m_elementIndexBuilt = false;
+  store_LabelIndex m_elementIndex;
+};
+
+#endif

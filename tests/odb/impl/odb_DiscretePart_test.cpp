@@ -1,0 +1,90 @@
+#include <gtest/gtest.h>
+
+#include "MeshFile.h"
+
+using PartNodes = MeshFile;
+
+TEST_F(PartNodes, RefusesBadArraysInTheStatedOrderAndStoresNothing) {
+  odb_DiscretePart& part = m_odb->DiscretePart("P", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
+  EXPECT_EQ(MessageOf([&] { part.addNodes(Ints({}), Points({{1, 2}})); }),
+            "No node labels provided.");
+  EXPECT_EQ(MessageOf([&] { part.addNodes(Ints({1, 2}), Points({{0, 0, 0}})); }),
+            "Number of node labels and coordinates does not match.");
+  EXPECT_EQ(MessageOf([&] { part.addNodes(Ints({1, 2}), Points({{0, 0, 0}, {0, 0}})); }),
+            "Node location specification does not correspond to part dimension. 3 floats "
+            "expected; 2 floats received.");
+  part.addNodes(Ints({1, 2}), Points({{0, 0, 0}, {1, 0, 0}}));
+  EXPECT_EQ(MessageOf([&] { part.addNodes(Ints({3, 2}), Points({{0, 0, 0}, {1, 0, 0}})); }),
+            "Duplicate node label 2 in part \"P\".");
+  EXPECT_EQ(MessageOf([&] { part.addNodes(Ints({7, 7}), Points({{0, 0, 0}, {1, 0, 0}})); }),
+            "Duplicate node label 7 in part \"P\".");
+  EXPECT_EQ(part.nodes().size(), 2);
+  EXPECT_EQ(MessageOf([&] { part.getNodeFromLabel(3); }), "Invalid Node label");
+}
+
+TEST_F(PartNodes, PlanarPartsTakeTwoCoordinatesAndReportAThirdOfZero) {
+  odb_DiscretePart& part =
+      m_odb->DiscretePart("P", odb_Enum::TWO_D_PLANAR, odb_Enum::DEFORMABLE_BODY);
+  EXPECT_EQ(MessageOf([&] { part.addNodes(Ints({1}), Points({{1, 2, 3}})); }),
+            "Node location specification does not correspond to part dimension. 2 floats "
+            "expected; 3 floats received.");
+  part.addNodes(Ints({5}), Points({{0.1f, 2.5f}}), "ALL");
+  odb_Node node = part.getNodeFromLabel(5);
+  EXPECT_EQ(node.coordinates()[0], 0.1f);
+  EXPECT_EQ(node.coordinates()[1], 2.5f);
+  EXPECT_EQ(node.coordinates()[2], 0.0f);
+  EXPECT_EQ(part.nodeSet("ALL").nodes().size(), 1);
+}
+
+using PartElements = MeshFile;
+
+TEST_F(PartElements, RefusesBadArraysInTheStatedOrderAndStoresNothing) {
+  odb_DiscretePart& part = TwoQuads();
+  EXPECT_EQ(MessageOf([&] { part.addElements(Ints({}), Rows({{1}}), "S4R"); }),
+            "No element labels provided.");
+  EXPECT_EQ(MessageOf([&] { part.addElements(Ints({1, 2}), Rows({{1, 2, 5, 4}}), "S4R"); }),
+            "Connectivity array must be provided for all elements.");
+  EXPECT_EQ(MessageOf([&] {
+              part.addElements(Ints({1, 2}), Rows({{1, 2, 5, 4}, {1, 2, 3, 4, 5, 6, 1, 2}}), "S4R");
+            }),
+            "Element connectivity arrays should be of same length.");
+  odb_SequenceSequenceInt wide;
+  odb_SequenceInt row;
+  for (int k = 0; k < 31; ++k) row.append(1);
+  wide.append(row);
+  EXPECT_EQ(MessageOf([&] { part.addElements(Ints({1}), wide, "U31"); }),
+            "Elements of 31 nodes are not supported; an element has at most 30 nodes.");
+  EXPECT_EQ(MessageOf([&] { part.addElements(Ints({30}), Rows({{1, 2, 99, 4}}), "S4R"); }),
+            "Element 30 of part \"PLATE\" refers to node 99, which the part does not have.");
+  EXPECT_EQ(MessageOf([&] { part.addElements(Ints({30, 10}), Rows({{1, 2, 5, 4}, {1, 2, 5, 4}}),
+                                             "S4R"); }),
+            "Duplicate element label 10 in part \"PLATE\".");
+  EXPECT_EQ(part.elements().size(), 2);
+}
+
+TEST_F(PartElements, ReadBackInNodeLabelsWithTheirTypeClassAndCategory) {
+  odb_DiscretePart& part = TwoQuads();
+  odb_SectionCategory& category = m_odb->SectionCategory("shell < STEEL >", "");
+  part.addElements(Ints({7}), Rows({{6, 5, 2}}), "S3", "TRI", category);
+  part.addElements(Ints({8}), Rows({{1, 2, 3, 4, 5}}), "MYELEM5");
+
+  odb_Element quad = part.getElementFromLabel(20);
+  EXPECT_EQ(quad.index(), 1);
+  EXPECT_EQ(quad.connectivity(), Ints({2, 3, 6, 5}));
+  EXPECT_EQ(quad.connectivityIndices(), Ints({1, 2, 5, 4}));
+  EXPECT_EQ(quad.geometryClass(), odb_Enum::GEOMETRY_SHELL);
+  odb_Element tri = part.elements(2);
+  EXPECT_EQ(tri.label(), 7);
+  EXPECT_EQ(tri.type(), "S3");
+  EXPECT_EQ(tri.sectionCategory().name(), "shell < STEEL >");
+  EXPECT_EQ(part.elementSet("TRI").elements().size(), 1);
+  odb_Element user = part.getElementFromLabel(8);
+  EXPECT_EQ(user.geometryClass(), odb_Enum::GEOMETRY_USER);
+  EXPECT_EQ(user.numberOfNodes(), 5);
+  EXPECT_EQ(user.integrationPoints(), 1);
+
+  int positions[] = {5, 4, 1};
+  odb_Element fromPositions(7, 2, positions, 3, "S3", category, odb_Enum::GEOMETRY_SHELL,
+                            quad.meshIndex(), 1, quad.nodeList());
+  EXPECT_EQ(fromPositions.connectivity(), Ints({6, 5, 2}));
+}

@@ -1,0 +1,36 @@
+#include "store_LabelIndex.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace {
+
+// Builds an index and checks that every label finds its position and that absent ones do not.
+void ExpectIndexes(const std::vector<int>& labels, const std::vector<int>& absent) {
+  store_LabelIndex index;
+  int duplicate = 0;
+  ASSERT_TRUE(index.Build(labels.data(), static_cast<int>(labels.size()), duplicate));
+  for (std::size_t i = 0; i < labels.size(); ++i) EXPECT_EQ(index.Find(labels[i]), int(i));
+  for (int label : absent) EXPECT_EQ(index.Find(label), -1) << label;
+}
+
+}  // namespace
+
+TEST(LabelIndex, FindsConsecutiveDenseAndScatteredLabels) {
+  ExpectIndexes({5, 6, 7, 8}, {4, 9, -2147483647 - 1, 2147483647});
+  ExpectIndexes({10, 3, 7, 4}, {5, 2, 11});
+  ExpectIndexes({2147483647, -2147483647 - 1, 0, 1000000, -7}, {1, -6, 999999});
+  ExpectIndexes({}, {0});
+}
+
+TEST(LabelIndex, ReportsTheFirstRepeatedLabelInEveryForm) {
+  const std::vector<std::vector<int>> cases = {{3, 4, 3}, {100000000, 1, 100000000}};
+  for (const std::vector<int>& labels : cases) {
+    store_LabelIndex index;
+    int duplicate = 0;
+    EXPECT_FALSE(index.Build(labels.data(), static_cast<int>(labels.size()), duplicate));
+    EXPECT_EQ(duplicate, labels[0]);
+    EXPECT_EQ(index.Find(labels[1]), -1);
+  }
+}
