@@ -56,9 +56,9 @@ class odb_Assembly {
   // "Assembly Instance not supported." for a part of no database or of another database, and
   // "The local coordinate system of instance "NAME" must be a row of 3 values, optionally
   // followed by a row of 7." for other shapes.
-  odb_Instance& Instance(const odb_String& name, const odb_DiscretePart& part,
-                         const odb_SequenceSequenceFloat& localCoordinateSystem =
-                             odb_SequenceSequenceFloat());
+  odb_Instance& Instance(
+      const odb_String& name, const odb_DiscretePart& part,
+      const odb_SequenceSequenceFloat& localCoordinateSystem = odb_SequenceSequenceFloat());
 
   // Sets across instances: row i of the labels belongs to instance i of the names. Checks, in
   // order: "Duplicate set or surface name" for a name among the assembly's sets of that kind;

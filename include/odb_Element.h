@@ -11,8 +11,8 @@
 #include <memory>
 
 #include "odb_Enum.h"
-#include "odb_Sequence.h"
 #include "odb_SectionCategory.h"
+#include "odb_Sequence.h"
 #include "odb_String.h"
 
 class store_Mesh;

@@ -14,8 +14,15 @@
 
 #include <memory>
 
+#include "odb_Assembly.h"
+#include "odb_DiscretePart.h"
+#include "odb_DiscretePartRepository.h"
 #include "odb_Enum.h"
 #include "odb_Frame.h"
+#include "odb_MaterialRepository.h"
+#include "odb_SectionCategory.h"
+#include "odb_SectionCategoryRepository.h"
+#include "odb_SectionRepository.h"
 #include "odb_Step.h"
 #include "odb_StepRepository.h"
 #include "odb_String.h"
@@ -47,6 +54,9 @@ class odb_Odb {
           const odb_String& path, std::shared_ptr<store_Database> ddb, bool readOnly,
           bool onlyUserDefinedData = false);
 
+  // A handle on the shared state of another handle; internal.
+  explicit odb_Odb(std::shared_ptr<odb_OdbData> data) : m_data(std::move(data)) {}
+
   odb_String name() const;
   odb_String analysisTitle() const;
   odb_String description() const;
@@ -61,6 +71,22 @@ class odb_Odb {
   // The steps in the order they were added; `step()` is the same repository.
   odb_StepRepository& steps();
   odb_StepRepository& step() { return steps(); }
+
+  // The model: parts, the root assembly, section categories, materials and sections, each read
+  // from the file on first use. `part()` and `sectionCategory()` are the same repositories.
+  odb_DiscretePartRepository& parts();
+  odb_DiscretePartRepository& part() { return parts(); }
+  odb_Assembly& rootAssembly();
+  odb_SectionCategoryRepository& sectionCategories();
+  odb_SectionCategoryRepository& sectionCategory() { return sectionCategories(); }
+  odb_MaterialRepository& materials();
+  odb_SectionRepository& sections();
+
+  // Creates an empty part; throws "A part named "NAME" already exists." for a name in parts().
+  odb_DiscretePart& DiscretePart(const odb_String& name, odb_Enum::odb_DimensionEnum dimension,
+                                 odb_Enum::odb_PartTypeEnum type);
+  // The section category of that name, created when new (see odb_SectionCategoryRepository).
+  odb_SectionCategory& SectionCategory(const odb_String& name, const odb_String& description);
 
   // Creates a step. Throws "Previous step "NAME" not found." when previousStepName is neither
   // empty nor a step of this database, then "A Step named "NAME" already exists.".

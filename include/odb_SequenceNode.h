@@ -10,8 +10,8 @@
 #include <memory>
 #include <vector>
 
-#include "odb_Node.h"
 #include "odb_MeshSelection.h"
+#include "odb_Node.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
 

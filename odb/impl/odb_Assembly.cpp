@@ -78,8 +78,8 @@ odb_Instance odb_AssemblyData::MakeInstance(const odb_String& name, const odb_Di
   data->ownerKind = store_kInstanceOwner;
   data->partName = source.name;
   data->placement = placement;
-  data->mesh = std::make_shared<odb_MeshData>(source.mesh->mesh, source.name, name, &placement,
-                                              categories);
+  data->mesh =
+      std::make_shared<odb_MeshData>(source.mesh->mesh, source.name, name, &placement, categories);
   data->meshes.append(odb_Mesh(data->mesh));
   return odb_Instance(data);
 }

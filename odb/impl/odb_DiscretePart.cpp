@@ -98,8 +98,8 @@ void odb_DiscretePart::addElements(const odb_SequenceInt& labels,
   for (int i = 1; i < n; ++i)
     if (connectivity[i].size() != width) Throw(odb_DiscretePart_CONNECTIVITY_LENGTHS, 105);
   if (width > odb_Element::kMaxNodes)
-    Throw(odb_DiscretePart_TOO_MANY_NODES,
-          108, {odb_String(width), odb_String(odb_Element::kMaxNodes)});
+    Throw(odb_DiscretePart_TOO_MANY_NODES, 108,
+          {odb_String(width), odb_String(odb_Element::kMaxNodes)});
   std::vector<int> table(static_cast<std::size_t>(n) * width);
   for (int i = 0; i < n; ++i) {
     const odb_SequenceInt& row = connectivity[i];

@@ -20,8 +20,8 @@ odb_Element::odb_Element(int label, int index, const int* nodePositions, int num
     m_connectivity[k] = static_cast<unsigned>(labels[nodePositions[k]]);
 }
 
-odb_Element odb_Element::FromLabels(int label, int index, const int* nodeLabels,
-                                    int numberOfNodes, const odb_String& type,
+odb_Element odb_Element::FromLabels(int label, int index, const int* nodeLabels, int numberOfNodes,
+                                    const odb_String& type,
                                     const odb_SectionCategory& sectionCategory,
                                     odb_Enum::odb_ElementGeometryClass geometry, int meshIndex,
                                     int integrationPoints, std::shared_ptr<store_Mesh> nodeList) {

@@ -8,10 +8,9 @@
 #include <memory>
 #include <vector>
 
-#include "odb_Sequence.h"
-
 #include "odb_DiscreteEntity.h"
 #include "odb_MeshData.h"
+#include "odb_Sequence.h"
 #include "odb_SetData.h"
 #include "store_Database.h"
 #include "store_Model.h"

@@ -87,10 +87,9 @@ odb_Element odb_MeshData::ElementAt(int position) {
   const store_ElementBlock& block = mesh->BlockOf(position);
   std::size_t b = static_cast<std::size_t>(&block - mesh->ElementBlocks().data());
   if (b >= m_blockTypes.size()) ResolveBlocks();
-  const int* nodes =
-      &mesh->Connectivity()[block.connectivityStart +
-                            static_cast<std::size_t>(position - block.first) *
-                                block.nodesPerElement];
+  const int* nodes = &mesh->Connectivity()[block.connectivityStart +
+                                           static_cast<std::size_t>(position - block.first) *
+                                               block.nodesPerElement];
   return odb_Element::FromLabels(mesh->ElementLabels()[position], position, nodes,
                                  block.nodesPerElement, m_blockTypes[b], m_blockCategories[b],
                                  m_blockGeometry[b], MeshIndex(), m_blockPoints[b], mesh);

@@ -23,8 +23,8 @@ struct odb_MeshData {
   using CategoryLookup = std::function<odb_SectionCategory(const odb_String&)>;
 
   odb_MeshData(std::shared_ptr<store_Mesh> mesh, const odb_String& partName,
-               const odb_String& instanceName,
-               const store_Placement* placement, CategoryLookup categories);
+               const odb_String& instanceName, const store_Placement* placement,
+               CategoryLookup categories);
 
   std::shared_ptr<store_Mesh> mesh;
   odb_String partName;

@@ -3,6 +3,7 @@
 #include <cfloat>
 #include <cmath>
 
+#include "odb_AssemblyData.h"
 #include "odb_Exception.h"
 #include "odb_Message.h"
 #include "odb_OdbData.h"
@@ -23,6 +24,18 @@ const char kSource[] = "odb/impl/odb_Odb";
 
 [[noreturn]] void Throw(odb_OdbEnm code, int site, std::initializer_list<odb_String> args = {}) {
   odb_ThrowMessage(odb_CatalogueMessage(code, args), kSource, site);
+}
+
+// Elements name their section category; the lookup finds it in the database's repository for
+// as long as the database lives, and gives the empty category afterwards.
+odb_DiscretePartRepository::CategoryLookup CategoryLookup(const std::shared_ptr<odb_OdbData>& d) {
+  std::weak_ptr<odb_OdbData> owner = d;
+  return [owner](const odb_String& name) {
+    std::shared_ptr<odb_OdbData> data = owner.lock();
+    if (!data) return odb_SectionCategory();
+    odb_SectionCategoryRepository& categories = odb_Odb(data).sectionCategories();
+    return categories.isMember(name) ? categories.get(name) : odb_SectionCategory();
+  };
 }
 
 }  // namespace
@@ -77,6 +90,68 @@ odb_StepRepository& odb_Odb::steps() {
     m_data->stepsRead = true;
   }
   return m_data->steps;
+}
+
+odb_SectionCategoryRepository& odb_Odb::sectionCategories() {
+  odb_OdbData& d = *m_data;
+  if (!d.sectionCategories) {
+    d.sectionCategories = std::make_unique<odb_SectionCategoryRepository>(d.ddb);
+    if (isOpen()) d.sectionCategories->Load();
+  }
+  return *d.sectionCategories;
+}
+
+odb_DiscretePartRepository& odb_Odb::parts() {
+  odb_OdbData& d = *m_data;
+  if (!d.parts) {
+    d.parts = std::make_shared<odb_DiscretePartRepository>(d.ddb, CategoryLookup(m_data));
+    if (isOpen()) d.parts->Load();
+  }
+  return *d.parts;
+}
+
+odb_Assembly& odb_Odb::rootAssembly() {
+  odb_OdbData& d = *m_data;
+  if (!d.rootAssembly) {
+    auto data = std::make_shared<odb_AssemblyData>();
+    data->store = isOpen() ? d.ddb : nullptr;
+    parts();
+    data->parts = d.parts;
+    data->categories = CategoryLookup(m_data);
+    d.rootAssembly = std::make_unique<odb_Assembly>(data);
+  }
+  return *d.rootAssembly;
+}
+
+odb_MaterialRepository& odb_Odb::materials() {
+  odb_OdbData& d = *m_data;
+  if (!d.materials) {
+    d.materials = std::make_unique<odb_MaterialRepository>(d.ddb);
+    if (isOpen()) d.materials->Load();
+  }
+  return *d.materials;
+}
+
+odb_SectionRepository& odb_Odb::sections() {
+  odb_OdbData& d = *m_data;
+  if (!d.sections) {
+    d.sections = std::make_unique<odb_SectionRepository>(d.ddb);
+    if (isOpen()) d.sections->Load();
+  }
+  return *d.sections;
+}
+
+odb_DiscretePart& odb_Odb::DiscretePart(const odb_String& name,
+                                        odb_Enum::odb_DimensionEnum dimension,
+                                        odb_Enum::odb_PartTypeEnum type) {
+  odb_DiscretePartRepository& repository = parts();
+  if (repository.isMember(name)) Throw(odb_Odb_PART_EXISTS, 133, {name});
+  return repository.DiscretePart(name, dimension, type);
+}
+
+odb_SectionCategory& odb_Odb::SectionCategory(const odb_String& name,
+                                              const odb_String& description) {
+  return sectionCategories().SectionCategory(name, description);
 }
 
 odb_Step& odb_Odb::Step(const odb_String& name, const odb_String& description,

@@ -4,6 +4,11 @@
 
 #include <memory>
 
+#include "odb_Assembly.h"
+#include "odb_DiscretePartRepository.h"
+#include "odb_MaterialRepository.h"
+#include "odb_SectionCategoryRepository.h"
+#include "odb_SectionRepository.h"
 #include "odb_StepRepository.h"
 #include "odb_String.h"
 #include "store_Database.h"
@@ -18,6 +23,13 @@ struct odb_OdbData {
   bool onlyUserDefinedData = false;
   bool stepsRead = false;
   odb_StepRepository steps;
+
+  // The model's repositories, each made and read on first use.
+  std::shared_ptr<odb_DiscretePartRepository> parts;
+  std::unique_ptr<odb_Assembly> rootAssembly;
+  std::unique_ptr<odb_SectionCategoryRepository> sectionCategories;
+  std::unique_ptr<odb_MaterialRepository> materials;
+  std::unique_ptr<odb_SectionRepository> sections;
 };
 
 #endif

@@ -17,7 +17,8 @@ const char kSource[] = "odb/impl/odb_SequenceElement";
 odb_SequenceElement::odb_SequenceElement(std::shared_ptr<odb_MeshData> mesh)
     : m_selection(mesh, mesh ? mesh->ElementCount() : 0) {}
 
-odb_SequenceElement::odb_SequenceElement(std::shared_ptr<odb_MeshData> mesh, std::vector<int> positions)
+odb_SequenceElement::odb_SequenceElement(std::shared_ptr<odb_MeshData> mesh,
+                                         std::vector<int> positions)
     : m_selection(std::move(mesh), std::move(positions)) {}
 
 odb_Element odb_SequenceElement::element(int i) const {

@@ -10,8 +10,7 @@
 const uti_LabelRow<odb_SetEnm> uti_LabelTable<odb_SetEnm, 1>::rows[] = {
     {"Node %1$s not found in \"%2$s\".", "odb_Set_MSGID_00", odb_Set_NODE_MISSING},
     {"Element %1$s not found in \"%2$s\".", "odb_Set_MSGID_01", odb_Set_ELEMENT_MISSING},
-    {"Face %1$s is not a face of element %2$s of type %3$s.", "odb_Set_MSGID_02",
-     odb_Set_BAD_FACE},
+    {"Face %1$s is not a face of element %2$s of type %3$s.", "odb_Set_MSGID_02", odb_Set_BAD_FACE},
     {nullptr, nullptr, {}}};
 
 namespace {
@@ -40,11 +39,10 @@ odb_SetData::Member odb_SetData::MakeMember(const std::shared_ptr<odb_MeshData>&
     int position = type == odb_Set::NODE_SET ? mesh->mesh->NodePosition(labels[i])
                                              : mesh->mesh->ElementPosition(labels[i]);
     if (position < 0)
-      odb_ThrowMessage(
-          odb_CatalogueMessage(type == odb_Set::NODE_SET ? odb_Set_NODE_MISSING
-                                                         : odb_Set_ELEMENT_MISSING,
-                               {odb_String(labels[i]), OwnerName(*mesh)}),
-          kSource, 52);
+      odb_ThrowMessage(odb_CatalogueMessage(type == odb_Set::NODE_SET ? odb_Set_NODE_MISSING
+                                                                      : odb_Set_ELEMENT_MISSING,
+                                            {odb_String(labels[i]), OwnerName(*mesh)}),
+                       kSource, 52);
     member.positions[i] = position;
   }
   if (type != odb_Set::SURFACE_SET) return member;
@@ -53,10 +51,10 @@ odb_SetData::Member odb_SetData::MakeMember(const std::shared_ptr<odb_MeshData>&
     const store_ElementBlock& block = mesh->mesh->BlockOf(member.positions[i]);
     store_ElementClass cls = store_ElementClassOf(block.type, block.nodesPerElement);
     if (!HasFace(cls, faces[i]))
-      odb_ThrowMessage(odb_CatalogueMessage(odb_Set_BAD_FACE, {odb_String(faces[i]),
-                                                               odb_String(labels[i]),
-                                                               odb_String(block.type.c_str())}),
-                       kSource, 66);
+      odb_ThrowMessage(
+          odb_CatalogueMessage(odb_Set_BAD_FACE, {odb_String(faces[i]), odb_String(labels[i]),
+                                                  odb_String(block.type.c_str())}),
+          kSource, 66);
   }
   return member;
 }

@@ -25,7 +25,8 @@ class MeshFile : public OdbSession {
     for (auto row : rows) out.append(Ints(row));
     return out;
   }
-  static odb_SequenceSequenceFloat Points(std::initializer_list<std::initializer_list<float>> rows) {
+  static odb_SequenceSequenceFloat Points(
+      std::initializer_list<std::initializer_list<float>> rows) {
     odb_SequenceSequenceFloat out;
     for (auto row : rows) {
       odb_SequenceFloat r;
@@ -38,7 +39,8 @@ class MeshFile : public OdbSession {
   // A part of two 4-node quadrilateral shells in a row: nodes 1..6 at x = 0, 1, 2 (labels 1, 2, 3
   // on y = 0 and 4, 5, 6 on y = 1), elements 10 and 20.
   odb_DiscretePart& TwoQuads(const char* name = "PLATE") {
-    odb_DiscretePart& part = m_odb->DiscretePart(name, odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
+    odb_DiscretePart& part =
+        m_odb->DiscretePart(name, odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
     part.addNodes(Ints({1, 2, 3, 4, 5, 6}),
                   Points({{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {0, 1, 0}, {1, 1, 0}, {2, 1, 0}}));
     part.addElements(Ints({10, 20}), Rows({{1, 2, 5, 4}, {2, 3, 6, 5}}), "S4R");

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-
 #include <sqlite3.h>
 
 #include "MeshFile.h"
@@ -14,9 +13,9 @@ TEST_F(Assembly, PlacesInstancesByTranslationThenRotation) {
   odb_Instance& moved =
       assembly.Instance("MOVED", part, Points({{10, 0, 0}, {0, 0, 0, 0, 0, 1, 90}}));
   EXPECT_EQ(still.getNodeFromLabel(2).coordinates()[0], 1.0f);
-  const float* x = moved.getNodeFromLabel(2).coordinates();
-  EXPECT_NEAR(x[0], 0.0, 1e-5);
-  EXPECT_NEAR(x[1], 11.0, 1e-5);
+  odb_Node node = moved.getNodeFromLabel(2);
+  EXPECT_NEAR(node.coordinates()[0], 0.0, 1e-5);
+  EXPECT_NEAR(node.coordinates()[1], 11.0, 1e-5);
   EXPECT_EQ(moved.partName(), "PLATE");
   EXPECT_EQ(moved.elements().size(), 2);
   // The instance views the part's stored mesh; it holds no copy.
@@ -30,7 +29,9 @@ TEST_F(Assembly, RefusesDuplicateAndMalformedInstances) {
   assembly.Instance("I-1", part);
   EXPECT_EQ(MessageOf([&] { assembly.Instance("I-1", part); }),
             "A part instance named \"I-1\" already exists.");
-  EXPECT_EQ(MessageOf([&] { assembly.Instance("I-2", part, Points({{1, 2}})); }),
+  EXPECT_EQ(MessageOf([&] {
+              assembly.Instance("I-2", part, Points({{1, 2}}));
+            }),
             "The local coordinate system of instance \"I-2\" must be a row of 3 values, "
             "optionally followed by a row of 7.");
   EXPECT_EQ(MessageOf([&] { assembly.Instance("I-3", odb_DiscretePart()); }),
@@ -49,7 +50,9 @@ TEST_F(Assembly, MakesSetsAcrossInstancesWithTheirChecks) {
   odb_Set& set = assembly.NodeSet("ENDS", names, Rows({{1, 4}, {3}}));
   EXPECT_EQ(set.nodes("B").size(), 1);
   EXPECT_EQ(set.nodes("B")[0].coordinates()[1], 5.0f);
-  EXPECT_EQ(MessageOf([&] { assembly.NodeSet("ENDS", names, Rows({{1}, {1}})); }),
+  EXPECT_EQ(MessageOf([&] {
+              assembly.NodeSet("ENDS", names, Rows({{1}, {1}}));
+            }),
             "Duplicate set or surface name");
   odb_SequenceString missing;
   missing.append("NOPE");
@@ -59,7 +62,9 @@ TEST_F(Assembly, MakesSetsAcrossInstancesWithTheirChecks) {
             "The elements associated with entity named 'NOPE' cannot be used to construct a set.");
   EXPECT_EQ(MessageOf([&] { assembly.ElementSet("X", names, Rows({{10}})); }),
             "The number of instance names and label rows must agree.");
-  EXPECT_EQ(MessageOf([&] { assembly.ElementSet("X", names, Rows({{10}, {11}})); }),
+  EXPECT_EQ(MessageOf([&] {
+              assembly.ElementSet("X", names, Rows({{10}, {11}}));
+            }),
             "Element 11 not found in \"B\".");
   odb_SequenceSequenceElementFace faces;
   odb_SequenceElementFace row;

@@ -6,17 +6,27 @@ using PartNodes = MeshFile;
 
 TEST_F(PartNodes, RefusesBadArraysInTheStatedOrderAndStoresNothing) {
   odb_DiscretePart& part = m_odb->DiscretePart("P", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
-  EXPECT_EQ(MessageOf([&] { part.addNodes(Ints({}), Points({{1, 2}})); }),
+  EXPECT_EQ(MessageOf([&] {
+              part.addNodes(Ints({}), Points({{1, 2}}));
+            }),
             "No node labels provided.");
-  EXPECT_EQ(MessageOf([&] { part.addNodes(Ints({1, 2}), Points({{0, 0, 0}})); }),
+  EXPECT_EQ(MessageOf([&] {
+              part.addNodes(Ints({1, 2}), Points({{0, 0, 0}}));
+            }),
             "Number of node labels and coordinates does not match.");
-  EXPECT_EQ(MessageOf([&] { part.addNodes(Ints({1, 2}), Points({{0, 0, 0}, {0, 0}})); }),
+  EXPECT_EQ(MessageOf([&] {
+              part.addNodes(Ints({1, 2}), Points({{0, 0, 0}, {0, 0}}));
+            }),
             "Node location specification does not correspond to part dimension. 3 floats "
             "expected; 2 floats received.");
   part.addNodes(Ints({1, 2}), Points({{0, 0, 0}, {1, 0, 0}}));
-  EXPECT_EQ(MessageOf([&] { part.addNodes(Ints({3, 2}), Points({{0, 0, 0}, {1, 0, 0}})); }),
+  EXPECT_EQ(MessageOf([&] {
+              part.addNodes(Ints({3, 2}), Points({{0, 0, 0}, {1, 0, 0}}));
+            }),
             "Duplicate node label 2 in part \"P\".");
-  EXPECT_EQ(MessageOf([&] { part.addNodes(Ints({7, 7}), Points({{0, 0, 0}, {1, 0, 0}})); }),
+  EXPECT_EQ(MessageOf([&] {
+              part.addNodes(Ints({7, 7}), Points({{0, 0, 0}, {1, 0, 0}}));
+            }),
             "Duplicate node label 7 in part \"P\".");
   EXPECT_EQ(part.nodes().size(), 2);
   EXPECT_EQ(MessageOf([&] { part.getNodeFromLabel(3); }), "Invalid Node label");
@@ -25,7 +35,9 @@ TEST_F(PartNodes, RefusesBadArraysInTheStatedOrderAndStoresNothing) {
 TEST_F(PartNodes, PlanarPartsTakeTwoCoordinatesAndReportAThirdOfZero) {
   odb_DiscretePart& part =
       m_odb->DiscretePart("P", odb_Enum::TWO_D_PLANAR, odb_Enum::DEFORMABLE_BODY);
-  EXPECT_EQ(MessageOf([&] { part.addNodes(Ints({1}), Points({{1, 2, 3}})); }),
+  EXPECT_EQ(MessageOf([&] {
+              part.addNodes(Ints({1}), Points({{1, 2, 3}}));
+            }),
             "Node location specification does not correspond to part dimension. 2 floats "
             "expected; 3 floats received.");
   part.addNodes(Ints({5}), Points({{0.1f, 2.5f}}), "ALL");
@@ -42,7 +54,9 @@ TEST_F(PartElements, RefusesBadArraysInTheStatedOrderAndStoresNothing) {
   odb_DiscretePart& part = TwoQuads();
   EXPECT_EQ(MessageOf([&] { part.addElements(Ints({}), Rows({{1}}), "S4R"); }),
             "No element labels provided.");
-  EXPECT_EQ(MessageOf([&] { part.addElements(Ints({1, 2}), Rows({{1, 2, 5, 4}}), "S4R"); }),
+  EXPECT_EQ(MessageOf([&] {
+              part.addElements(Ints({1, 2}), Rows({{1, 2, 5, 4}}), "S4R");
+            }),
             "Connectivity array must be provided for all elements.");
   EXPECT_EQ(MessageOf([&] {
               part.addElements(Ints({1, 2}), Rows({{1, 2, 5, 4}, {1, 2, 3, 4, 5, 6, 1, 2}}), "S4R");
@@ -54,10 +68,13 @@ TEST_F(PartElements, RefusesBadArraysInTheStatedOrderAndStoresNothing) {
   wide.append(row);
   EXPECT_EQ(MessageOf([&] { part.addElements(Ints({1}), wide, "U31"); }),
             "Elements of 31 nodes are not supported; an element has at most 30 nodes.");
-  EXPECT_EQ(MessageOf([&] { part.addElements(Ints({30}), Rows({{1, 2, 99, 4}}), "S4R"); }),
+  EXPECT_EQ(MessageOf([&] {
+              part.addElements(Ints({30}), Rows({{1, 2, 99, 4}}), "S4R");
+            }),
             "Element 30 of part \"PLATE\" refers to node 99, which the part does not have.");
-  EXPECT_EQ(MessageOf([&] { part.addElements(Ints({30, 10}), Rows({{1, 2, 5, 4}, {1, 2, 5, 4}}),
-                                             "S4R"); }),
+  EXPECT_EQ(MessageOf([&] {
+              part.addElements(Ints({30, 10}), Rows({{1, 2, 5, 4}, {1, 2, 5, 4}}), "S4R");
+            }),
             "Duplicate element label 10 in part \"PLATE\".");
   EXPECT_EQ(part.elements().size(), 2);
 }

@@ -39,7 +39,9 @@ TEST_F(InstanceSets, RefuseDuplicatesForeignSequencesAndBadSurfaces) {
             "SequenceNode is not associated with this entity.");
   EXPECT_EQ(MessageOf([&] { i.ElementSet("M", m_part->elements()); }),
             "SequenceElement is not associated with this entity.");
-  EXPECT_EQ(MessageOf([&] { i.Surface("S", Ints({10, 20}), Faces({odb_Enum::SIDE1})); }),
+  EXPECT_EQ(MessageOf([&] {
+              i.Surface("S", Ints({10, 20}), Faces({odb_Enum::SIDE1}));
+            }),
             "Number of faces and elements should agree for a Surface.");
   EXPECT_EQ(MessageOf([&] { i.Surface("S", i.elements(), Faces({odb_Enum::SIDE1})); }),
             "Number of faces and elements for instance surface must agree.");
