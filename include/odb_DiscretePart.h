@@ -41,8 +41,8 @@ class odb_DiscretePart : public odb_DiscreteEntity {
 
   // Adds nodes: one row of coordinates per label, 3 floats in a three-dimensional part, 2 in a
   // planar or axisymmetric one. Checks, in order: "No node labels provided.", "Number of node
-  // labels and coordinates does not match.", the row lengths ("Node location specification does
-  // not correspond to part dimension. D floats expected; N floats received."), then labels
+  // labels and coordinates does not match.", each row's length (a message naming the floats
+  // expected and the floats received), then labels
   // already used in the part or repeated ("Duplicate node label L in part "P"."). Nothing is
   // written when a check fails. A non-empty set name also makes a node set of the new nodes
   // (an existing set of that name is kept as it is).
