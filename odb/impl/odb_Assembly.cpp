@@ -85,14 +85,7 @@ odb_Instance odb_AssemblyData::MakeInstance(const odb_String& name, const odb_Di
 }
 
 odb_SetRepository& odb_AssemblyData::Repository(odb_Set::Type type) {
-  switch (type) {
-    case odb_Set::NODE_SET:
-      return nodeSets;
-    case odb_Set::ELEMENT_SET:
-      return elementSets;
-    default:
-      return surfaces;
-  }
+  return odb_SetsOfType(type, nodeSets, elementSets, surfaces);
 }
 
 void odb_AssemblyData::ReadSets() {

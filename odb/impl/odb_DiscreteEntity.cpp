@@ -28,14 +28,7 @@ void odb_EntityData::ReadSets() {
 }
 
 odb_SetRepository& odb_EntityData::Repository(odb_Set::Type type) {
-  switch (type) {
-    case odb_Set::NODE_SET:
-      return nodeSets;
-    case odb_Set::ELEMENT_SET:
-      return elementSets;
-    default:
-      return surfaces;
-  }
+  return odb_SetsOfType(type, nodeSets, elementSets, surfaces);
 }
 
 odb_Set& odb_EntityData::AddSet(const std::shared_ptr<odb_SetData>& set) {

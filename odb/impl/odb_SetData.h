@@ -8,6 +8,7 @@
 
 #include "odb_MeshData.h"
 #include "odb_MeshList.h"
+#include "odb_Repository.h"
 #include "odb_Set.h"
 #include "store_Model.h"
 
@@ -37,5 +38,15 @@ struct odb_SetData {
   // The stored record of this set, labels taken from the meshes.
   store_SetRecord ToRecord() const;
 };
+
+// Of three set repositories (node sets, element sets, surfaces), the one for sets of `type`.
+inline odb_Repository<odb_String, odb_Set>& odb_SetsOfType(
+    odb_Set::Type type, odb_Repository<odb_String, odb_Set>& nodeSets,
+    odb_Repository<odb_String, odb_Set>& elementSets,
+    odb_Repository<odb_String, odb_Set>& surfaces) {
+  return type == odb_Set::NODE_SET      ? nodeSets
+         : type == odb_Set::ELEMENT_SET ? elementSets
+                                        : surfaces;
+}
 
 #endif
