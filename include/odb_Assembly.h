@@ -82,6 +82,8 @@ class odb_Assembly {
   odb_Set& elementSet(const odb_String& name) { return elementSets().get(name); }
   odb_Set& surface(const odb_String& name) { return surfaces().get(name); }
 
+  const std::shared_ptr<odb_AssemblyData>& data() const { return m_data; }
+
  private:
   odb_Set& CreateSet(const odb_String& name, odb_Set::Type type,
                      const odb_SequenceString& instanceNames, const odb_SequenceSequenceInt& labels,

@@ -21,6 +21,7 @@
 #include <memory>
 
 #include "odb_Enum.h"
+#include "odb_FieldOutput.h"
 #include "odb_LoadCase.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
@@ -73,6 +74,31 @@ class odb_Frame {
   // when there was any. A frame's own record never changes once written and a frame holds
   // nothing else yet, so this returns false.
   bool update() { return false; }
+
+  // The frame's field outputs by name, read from the file on first use and shared by every
+  // handle on this frame. Throws for an empty handle.
+  odb_FieldOutputRepository& fieldOutputs() const;
+  odb_FieldOutputRepository& fieldOutput() const { return fieldOutputs(); }
+
+  // Creates and stores a field output and returns it. Without component labels a tensor gets
+  // its name followed by each component's suffix (S11, S22, S33, S12, S13, S23); without valid
+  // invariants, the invariants its type offers. Throws "A field named 'NAME' already exists."
+  // for a name the frame holds. Any data type is accepted here; addData refuses those it cannot
+  // write. The reference stays valid until the frame's fields change.
+  odb_FieldOutput& FieldOutput(const odb_String& name, const odb_String& description,
+                               odb_Enum::odb_DataTypeEnum type,
+                               const odb_SequenceString& componentLabels = odb_SequenceString(),
+                               const odb_SequenceInvariant& validInvariants =
+                                   odb_SequenceInvariant());
+  // A new field of this frame with `source`'s definition and a copy of its data.
+  odb_FieldOutput& FieldOutput(const odb_FieldOutput& source, const odb_String& name,
+                               const odb_String& description);
+  // A VECTOR field of `dimension` components labelled NAME1, NAME2, ...
+  odb_FieldOutput& VectorOutput(const odb_String& name, const odb_String& description,
+                                int dimension);
+  // A MATRIX field of rows x columns components labelled NAME11, NAME12, ... row by row.
+  odb_FieldOutput& MatrixOutput(const odb_String& name, const odb_String& description, int rows,
+                                int columns);
 
   // True for a default-constructed handle.
   bool isEmpty() const { return !m_data; }

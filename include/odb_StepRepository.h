@@ -9,6 +9,7 @@
 #ifndef ODB_STEPREPOSITORY_H
 #define ODB_STEPREPOSITORY_H
 
+#include <functional>
 #include <memory>
 
 #include "odb_Enum.h"
@@ -17,12 +18,17 @@
 #include "odb_String.h"
 
 class store_Database;
+struct odb_AssemblyData;
 
 class odb_StepRepository : public odb_StepRepositoryBase<odb_Step> {
  public:
   // A repository of no database: Load and Update find nothing and the creators throw.
+  // Finds the database's root assembly, where fields find their instances.
+  using AssemblyLookup = std::function<std::shared_ptr<odb_AssemblyData>()>;
+
   odb_StepRepository() = default;
-  explicit odb_StepRepository(std::shared_ptr<store_Database> store);
+  explicit odb_StepRepository(std::shared_ptr<store_Database> store,
+                              AssemblyLookup assembly = AssemblyLookup());
 
   // Appends a step for every stored step not yet held, in stored order; frames are not read.
   void Load();
@@ -54,6 +60,7 @@ class odb_StepRepository : public odb_StepRepositoryBase<odb_Step> {
                           const odb_String& previousStepName, const char* procedure);
 
   std::shared_ptr<store_Database> m_store;
+  AssemblyLookup m_assembly;
 };
 
 using odb_StepRepositoryIT = odb_StepRepositoryIterator<odb_Step>;

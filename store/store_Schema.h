@@ -111,6 +111,36 @@ CREATE TABLE section(
   integration_points INTEGER,
   profile TEXT NOT NULL DEFAULT '',
   dimensions BLOB);
+CREATE TABLE field_output(
+  id INTEGER PRIMARY KEY,
+  step_id INTEGER NOT NULL REFERENCES step(id),
+  frame_index INTEGER NOT NULL,
+  field_index INTEGER NOT NULL,
+  name TEXT NOT NULL,
+  description TEXT NOT NULL DEFAULT '',
+  type INTEGER NOT NULL,
+  component_labels TEXT NOT NULL DEFAULT '',
+  invariants TEXT NOT NULL DEFAULT '',
+  UNIQUE(step_id, frame_index, name));
+CREATE TABLE field_block(
+  field_id INTEGER NOT NULL REFERENCES field_output(id),
+  block INTEGER NOT NULL,
+  position INTEGER NOT NULL,
+  instance TEXT NOT NULL,
+  element_type TEXT NOT NULL DEFAULT '',
+  section_category TEXT NOT NULL DEFAULT '',
+  section_point INTEGER NOT NULL DEFAULT -1,
+  section_point_description TEXT NOT NULL DEFAULT '',
+  set_name TEXT NOT NULL,
+  count INTEGER NOT NULL,
+  per_label INTEGER NOT NULL,
+  width INTEGER NOT NULL,
+  orientation_width INTEGER NOT NULL DEFAULT 0,
+  labels INTEGER NOT NULL REFERENCES array(id),
+  data INTEGER NOT NULL REFERENCES array(id),
+  conjugate INTEGER REFERENCES array(id),
+  orientation INTEGER REFERENCES array(id),
+  PRIMARY KEY(field_id, block)) WITHOUT ROWID;
 )SQL";
 
 // Every connection: memory-mapped reads of the main file.

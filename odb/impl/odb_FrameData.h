@@ -14,6 +14,7 @@
 #include "odb_String.h"
 
 class store_Database;
+struct odb_FrameFields;
 
 struct odb_FrameData {
   int index = -1;
@@ -24,6 +25,7 @@ struct odb_FrameData {
   odb_Enum::odb_DomainEnum domain = odb_Enum::TIME;
   std::shared_ptr<store_Database> store;
   std::int64_t stepId = 0;
+  std::shared_ptr<odb_FrameFields> fields;  // null for an empty handle
 };
 
 #endif

@@ -50,7 +50,11 @@ odb_Odb::odb_Odb(const odb_String& name, const odb_String& analysisTitle,
   m_data->analysisTitle = analysisTitle;
   m_data->description = description;
   m_data->path = path;
-  m_data->steps = odb_StepRepository(ddb);
+  std::weak_ptr<odb_OdbData> owner = m_data;
+  m_data->steps = odb_StepRepository(ddb, [owner]() -> std::shared_ptr<odb_AssemblyData> {
+    std::shared_ptr<odb_OdbData> data = owner.lock();
+    return data ? odb_Odb(data).rootAssembly().data() : nullptr;
+  });
   m_data->ddb = std::move(ddb);
   m_data->readOnly = readOnly;
   m_data->onlyUserDefinedData = onlyUserDefinedData;

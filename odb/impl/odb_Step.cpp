@@ -51,6 +51,7 @@ odb_Frame FrameOf(const odb_StepData& step, const store_FrameRecord& record, int
   data->domain = step.domain;
   data->store = step.store;
   data->stepId = step.id;
+  data->fields = step.FieldsOf(index);
   return odb_Frame(std::move(data));
 }
 
@@ -68,7 +69,8 @@ odb_Frame AppendFrame(odb_StepData& step, const store_FrameRecord& record) {
 
 }  // namespace
 
-odb_StepData::odb_StepData(std::shared_ptr<store_Database> db, const store_StepRecord& record)
+odb_StepData::odb_StepData(std::shared_ptr<store_Database> db, const store_StepRecord& record,
+                           odb_StepRepository::AssemblyLookup assemblyLookup)
     : store(std::move(db)),
       id(record.id),
       name(odb_FromText(record.name)),
@@ -77,7 +79,22 @@ odb_StepData::odb_StepData(std::shared_ptr<store_Database> db, const store_StepR
       timePeriod(record.timePeriod),
       totalTime(record.totalTime),
       previousStepName(odb_FromText(record.previousStepName)),
-      procedure(odb_FromText(record.procedure)) {}
+      procedure(odb_FromText(record.procedure)),
+      assembly(std::move(assemblyLookup)) {}
+
+std::shared_ptr<odb_FrameFields> odb_StepData::FieldsOf(int frameIndex) const {
+  const std::size_t at = static_cast<std::size_t>(frameIndex);
+  if (frameFields.size() <= at) frameFields.resize(at + 1);
+  if (!frameFields[at]) {
+    auto fields = std::make_shared<odb_FrameFields>();
+    fields->store = store;
+    fields->stepId = id;
+    fields->frameIndex = frameIndex;
+    fields->assembly = assembly;
+    frameFields[at] = fields;
+  }
+  return frameFields[at];
+}
 
 void odb_StepData::ReadFrames() {
   if (framesRead) return;

@@ -14,7 +14,9 @@
 #include "odb_Frame.h"
 #include "odb_LoadCase.h"
 #include "odb_Repository.h"
+#include "odb_StepRepository.h"
 #include "odb_String.h"
+#include "odb_FrameFields.h"
 #include "store_Database.h"
 
 struct odb_StepData {
@@ -30,11 +32,17 @@ struct odb_StepData {
 
   bool framesRead = false;
   std::vector<store_FrameRecord> frames;
+  odb_StepRepository::AssemblyLookup assembly;
+  // The fields of each frame, made on first use so that every handle on a frame shares them.
+  mutable std::vector<std::shared_ptr<odb_FrameFields>> frameFields;
+  std::shared_ptr<odb_FrameFields> FieldsOf(int frameIndex) const;
+
   bool loadCasesRead = false;
   odb_Repository<odb_String, odb_LoadCase> loadCases;
 
   // A step's data from its stored record; nothing of its frames is read.
-  odb_StepData(std::shared_ptr<store_Database> db, const store_StepRecord& record);
+  odb_StepData(std::shared_ptr<store_Database> db, const store_StepRecord& record,
+               odb_StepRepository::AssemblyLookup assembly = {});
 
   // Reads all frame records once; later calls do nothing.
   void ReadFrames();

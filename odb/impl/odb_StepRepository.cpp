@@ -36,14 +36,15 @@ void RefuseEmptyName(const odb_String& name, int site) {
 
 }  // namespace
 
-odb_StepRepository::odb_StepRepository(std::shared_ptr<store_Database> store)
-    : m_store(std::move(store)) {}
+odb_StepRepository::odb_StepRepository(std::shared_ptr<store_Database> store,
+                                       AssemblyLookup assembly)
+    : m_store(std::move(store)), m_assembly(std::move(assembly)) {}
 
 void odb_StepRepository::Load() {
   if (!m_store) return;
   for (const store_StepRecord& record : m_store->Steps()) {
     const odb_String name = odb_FromText(record.name);
-    if (!isMember(name)) append(name, odb_Step(std::make_shared<odb_StepData>(m_store, record)));
+    if (!isMember(name)) append(name, odb_Step(std::make_shared<odb_StepData>(m_store, record, m_assembly)));
   }
 }
 
@@ -64,7 +65,7 @@ odb_Step& odb_StepRepository::AddStep(const odb_String& name, const odb_String& 
   record.previousStepName = odb_ToText(previousStepName);
   record.procedure = odb_ToText(procedure);
   m_store->AddStep(record);  // sets record.id
-  append(name, odb_Step(std::make_shared<odb_StepData>(m_store, record)));
+  append(name, odb_Step(std::make_shared<odb_StepData>(m_store, record, m_assembly)));
   return get(name);
 }
 
@@ -75,7 +76,7 @@ bool odb_StepRepository::Update() {
   for (const store_StepRecord& record : m_store->Steps()) {
     const odb_String name = odb_FromText(record.name);
     if (!isMember(name)) {
-      append(name, odb_Step(std::make_shared<odb_StepData>(m_store, record)));
+      append(name, odb_Step(std::make_shared<odb_StepData>(m_store, record, m_assembly)));
       found = true;
     } else if (get(name).update()) {
       found = true;

@@ -1,0 +1,77 @@
+// odb_FieldBulkData: one block of a field output's values (one element type, or the nodes, at one
+// position and section point of one part instance) as plain arrays.
+//
+// The arrays are the block's own, read from the file once for the whole block: data() holds
+// width() floats per location, row after row, in the order they were written. The per-location
+// labels and mises() are derived on first request. A handle: copies share the block, and the
+// pointers stay valid while any copy of the block (or its field) lives. One thread at a time.
+#ifndef ODB_FIELDBULKDATA_H
+#define ODB_FIELDBULKDATA_H
+
+#include <memory>
+#include <vector>
+
+#include "odb_Enum.h"
+#include "odb_Instance.h"
+#include "odb_SectionPoint.h"
+#include "odb_String.h"
+
+struct odb_SubFieldData;
+
+class odb_FieldBulkData {
+ public:
+  // An empty block.
+  odb_FieldBulkData() = default;
+  explicit odb_FieldBulkData(std::shared_ptr<odb_SubFieldData> block);
+
+  odb_Enum::odb_ResultPositionEnum position() const;
+  odb_Enum::odb_DataTypeEnum type() const;
+  const odb_Instance& instance() const;
+  odb_String baseElementType() const;
+  odb_SectionPoint sectionPoint() const;
+  // Locations (values) in the block, and floats per value.
+  int length() const;
+  int width() const;
+  // Elements the block covers (0 for nodal data), and locations per element.
+  int numberOfElements() const;
+  int valuesPerElement() const;
+
+  // length() x width() floats.
+  const float* data() const;
+  // The imaginary parts of complex data, as data(); nullptr for real data.
+  const float* conjugateData() const;
+  // orientationWidth() floats per location (2 or 4); nullptr when the block has none.
+  const float* localCoordSystem() const;
+  int orientationWidth() const;
+  // Per location; -1 where a label does not apply (node labels of integration-point data...).
+  const int* elementLabels() const;
+  const int* nodeLabels() const;
+  const int* integrationPoints() const;
+  // The Mises stress of each location (tensor data; zeros for other types).
+  const float* mises() const;
+
+  const std::shared_ptr<odb_SubFieldData>& block() const { return m_block; }
+
+ private:
+  odb_SubFieldData& Block() const;
+  std::shared_ptr<odb_SubFieldData> m_block;
+};
+
+// The blocks of a field output, in the order their sub-fields were first written.
+class odb_SequenceFieldBulkData {
+ public:
+  odb_SequenceFieldBulkData() = default;
+  int size() const { return static_cast<int>(m_blocks.size()); }
+  bool isEmpty() const { return m_blocks.empty(); }
+  // Block i, 0-based; throws "Index out of range." outside 0..size()-1.
+  const odb_FieldBulkData& get(int i) const { return constGet(i); }
+  const odb_FieldBulkData& constGet(int i) const;
+  const odb_FieldBulkData& operator[](int i) const { return constGet(i); }
+  void append(const odb_FieldBulkData& block) { m_blocks.push_back(block); }
+  void clearAll() { m_blocks.clear(); }
+
+ private:
+  std::vector<odb_FieldBulkData> m_blocks;
+};
+
+#endif

@@ -1,0 +1,166 @@
+// odb_FieldOutput: one field variable of one frame (a displacement, a stress...): its
+// definition, the data written for it, and its read-side views.
+//
+// A handle: copies share the field (O(1)); data added through one copy are seen by all. The
+// database owns a frame's fields; subsets and computed fields are orphans: they hold their data
+// in memory, belong to no frame, and refuse addData.
+//
+// Writing: addData checks a call completely before the first sub-field is written, then writes
+// each group (one element type and section category, or the nodes) as a few contiguous blobs
+// inside the database's open transaction; saveOdb makes them durable. The bulk form takes flat
+// arrays and is the fast path for solvers: it copies nothing when the call holds one group.
+//
+// Reading: values(), bulkDataBlocks() and locations() are built on first use and rebuilt after
+// more data are added; a sub-field's arrays are read from the file once, on first use. Sub-fields
+// are listed in the order they were first written. One thread at a time.
+#ifndef ODB_FIELDOUTPUT_H
+#define ODB_FIELDOUTPUT_H
+
+#include <memory>
+
+#include "odb_Element.h"
+#include "odb_Enum.h"
+#include "odb_FieldBulkData.h"
+#include "odb_FieldLocation.h"
+#include "odb_FieldValue.h"
+#include "odb_Instance.h"
+#include "odb_Node.h"
+#include "odb_Repository.h"
+#include "odb_SectionPoint.h"
+#include "odb_Sequence.h"
+#include "odb_SequenceFieldValue.h"
+#include "odb_Set.h"
+#include "odb_String.h"
+#include "odb_SubField.h"
+#include "uti_LabelMap.h"
+
+// The messages of field outputs, in catalogue order (codes 0..32 are keys _01.._33).
+enum odb_FieldOutputEnm : int {
+  odb_FieldOutput_ORPHAN_WRITE = 0,
+  odb_FieldOutput_NO_INSTANCE = 1,           // %s: instance name
+  odb_FieldOutput_TRANSFORM_SCALAR = 2,      //
+  odb_FieldOutput_BAD_POSITION = 3,          //
+  odb_FieldOutput_SECTION_POINT_NUMBER = 4,  // %s: section point number
+  odb_FieldOutput_SECTION_POINT_SOME = 5,    //
+  odb_FieldOutput_NOT_PROCESSED = 6,         // %1$s: written, %2$s: supplied
+  odb_FieldOutput_LENGTH = 7,                // %1$s: expected, %2$s: given
+  odb_FieldOutput_NODAL_FAILED = 8,          //
+  odb_FieldOutput_ELEMENT_FAILED = 9,        // %s: element type
+  odb_FieldOutput_PER_POINT = 10,            // %s: integration points per element
+  odb_FieldOutput_PER_NODE = 11,             // %s: nodes per element
+  odb_FieldOutput_PER_ELEMENT = 12,          //
+  odb_FieldOutput_BAD_TYPE = 13,             //
+  odb_FieldOutput_SCALAR_LENGTH = 14,        //
+  odb_FieldOutput_CSYS_LENGTH = 15,          //
+  odb_FieldOutput_INCOMPATIBLE = 16,         //
+  odb_FieldOutput_TARGET_INSTANCE = 17,      // %s: instance name
+  odb_FieldOutput_TARGET_SET = 18,           // %s: set name
+  odb_FieldOutput_TARGET_ELEMENTS = 19,      // %1$s type, %2$s category, %3$s set
+  odb_FieldOutput_TARGET_SECTION_POINT = 20, // %1$s number, %2$s type, %3$s category, %4$s set
+  odb_FieldOutput_NOT_FOUND = 21,            //
+  odb_FieldOutput_FEW_DATA = 22,             //
+  odb_FieldOutput_FEW_CSYS = 23,             //
+  odb_FieldOutput_BAD_INVARIANT = 24,        //
+  odb_FieldOutput_TENSOR_LENGTH = 25,        //
+  odb_FieldOutput_CSYS_NORMAL = 26,          //
+  odb_FieldOutput_NO_DEFORMATION = 27,       //
+  odb_FieldOutput_DEFORMATION_KIND = 28,     //
+  odb_FieldOutput_DYNAMIC_CSYS = 29,         //
+  odb_FieldOutput_SIX_DOF_CSYS = 30,         //
+  odb_FieldOutput_UNDEFINED_LABELS = 31,     //
+  odb_FieldOutput_CONJUGATE_LENGTH = 32      //
+};
+
+template <>
+struct uti_LabelTable<odb_FieldOutputEnm, 1> {
+  static const uti_LabelRow<odb_FieldOutputEnm> rows[];
+};
+
+struct odb_FieldData;
+
+class odb_FieldOutput {
+ public:
+  // An empty orphan field: no name, SCALAR, no data.
+  odb_FieldOutput();
+  explicit odb_FieldOutput(std::shared_ptr<odb_FieldData> data);
+  // A detached field of the given definition (a computed field's start); an orphan.
+  odb_FieldOutput(const odb_String& name, const odb_String& description,
+                  odb_Enum::odb_DataTypeEnum type, const odb_SequenceString& componentLabels,
+                  const odb_SequenceInvariant& validInvariants);
+
+  odb_String name() const;
+  odb_String description() const;
+  odb_Enum::odb_DataTypeEnum type() const;
+  odb_SequenceString componentLabels() const;
+  odb_SequenceInvariant validInvariants() const;
+  // Floats per value: 1 for SCALAR, the tensor kind's components, else the component labels.
+  int width() const;
+  bool IsOrphan() const;
+  bool isOrphan() const { return IsOrphan(); }
+
+  // Adds data at `position` of `instance`: `labels` are node labels for NODAL data and element
+  // labels otherwise; `data` holds one sequence per location (per element and integration point,
+  // per element and node, or per element or node), in the order of the labels. Optional: the
+  // section point of the data; one orientation (2 or 4 floats) for all values or one per value
+  // (tensors only); the conjugate (imaginary) parts, one sequence per data sequence.
+  void addData(odb_Enum::odb_ResultPositionEnum position, const odb_Instance& instance,
+               const odb_SequenceInt& labels, const odb_SequenceSequenceFloat& data,
+               const odb_SectionPoint& sectionPoint = odb_SectionPoint(),
+               const odb_SequenceSequenceFloat& localCoordSystem = odb_SequenceSequenceFloat(),
+               const odb_SequenceSequenceFloat& conjugateData = odb_SequenceSequenceFloat());
+  // The bulk form: `labelCount` labels; `locationCount` locations of `width` floats each in
+  // `data`, row after row; `conjugateData` (same shape) may be null; `orientations` holds
+  // `orientationCount` (0, 1 or locationCount) runs of `orientationWidth` (2 or 4) floats. Same
+  // checks and messages as the sequence form.
+  void addData(odb_Enum::odb_ResultPositionEnum position, const odb_Instance& instance,
+               int labelCount, const int* labels, int locationCount, int width, const float* data,
+               const odb_SectionPoint& sectionPoint = odb_SectionPoint(),
+               const float* conjugateData = nullptr, int orientationCount = 0,
+               int orientationWidth = 0, const float* orientations = nullptr);
+  // Copies every value of `field` (of this database or another with the same instances, sets,
+  // element types and section points) into this field.
+  void addData(const odb_FieldOutput& field);
+
+  // Read side.
+  const odb_SequenceFieldValue& values() const;
+  const odb_FieldValue& value(int i) const { return values().constGet(i); }
+  const odb_SequenceFieldBulkData& bulkDataBlocks() const;
+  const odb_SequenceFieldLocation& locations() const;
+  const odb_FieldLocation& location(int i) const { return locations().constGet(i); }
+  odb_SequenceString baseElementTypes() const { return values().baseElementTypes(); }
+  const odb_SequenceSubField& SubField() const { return values().SubField(); }
+
+  // Subsets: orphan fields of the same definition holding part of the values.
+  // Values at `position`; ELEMENT_NODAL and CENTROID are extrapolated from integration points
+  // when the field has none of their own.
+  odb_FieldOutput getSubset(odb_Enum::odb_ResultPositionEnum position) const;
+  odb_FieldOutput getSubset(const odb_Set& region) const;
+  odb_FieldOutput getSubset(const odb_Instance& instance) const;
+  odb_FieldOutput getSubset(const odb_Element& element) const;
+  odb_FieldOutput getSubset(const odb_Node& node) const;
+  odb_FieldOutput getSubset(const odb_SectionPoint& sectionPoint) const;
+  odb_FieldOutput getSubset(const odb_FieldLocation& location) const;
+  // The sub-fields of one element type (exact label).
+  odb_FieldOutput getSubset(const odb_String& elementType) const;
+  // The values whose orientation equals `localCoordSystem` (one sequence of 2 or 4 floats),
+  // compared float for float.
+  odb_FieldOutput getSubset(const odb_SequenceSequenceFloat& localCoordSystem) const;
+  // A SCALAR field of one invariant of every value; throws "Invalid invariant" when the field
+  // does not offer it. `orphanOk` is accepted for callers that reduce many fields at once.
+  odb_FieldOutput getScalarField(odb_Enum::odb_InvariantEnum invariant, bool orphanOk = true) const;
+  // A SCALAR field of one component, by its label; throws "Field not found:" and the label.
+  odb_FieldOutput getScalarField(const odb_String& componentLabel, bool orphanOk = true) const;
+  // The field with its vectors and tensors given in the rectangular system whose axes are the
+  // rows of `axes` (3 sequences of 3 floats), for values without an orientation of their own.
+  odb_FieldOutput getTransformedField(const odb_SequenceSequenceFloat& axes) const;
+
+  const std::shared_ptr<odb_FieldData>& data() const { return m_data; }
+
+ private:
+  std::shared_ptr<odb_FieldData> m_data;
+};
+
+using odb_FieldOutputRepository = odb_Repository<odb_String, odb_FieldOutput>;
+using odb_FieldOutputRepositoryIT = odb_RepositoryIterator<odb_String, odb_FieldOutput>;
+
+#endif

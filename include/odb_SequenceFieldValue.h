@@ -1,0 +1,56 @@
+// odb_SequenceFieldValue: the values of a field output, one per location, in the order their
+// sub-fields were first written and, within one, in the order written.
+//
+// The sequence holds the field's sub-fields, not values: a sub-field's arrays are read from the
+// file the first time one of its values is asked for and kept, and each get builds the value
+// from them into the sequence's own one-slot cache, so the reference returned stays valid until
+// the next get on the same sequence; copy the value to keep it longer. Walking the values in
+// order costs a few tens of nanoseconds each and no memory beyond the arrays. Values appended
+// one by one (not from a field) are kept as they are, after the sub-fields' values. Copying a
+// sequence costs O(number of sub-fields). One thread at a time.
+#ifndef ODB_SEQUENCEFIELDVALUE_H
+#define ODB_SEQUENCEFIELDVALUE_H
+
+#include <memory>
+#include <vector>
+
+#include "odb_FieldValue.h"
+#include "odb_Sequence.h"
+#include "odb_String.h"
+#include "odb_SubField.h"
+
+class odb_SequenceFieldValue {
+ public:
+  odb_SequenceFieldValue() = default;
+
+  int size() const;
+  bool isEmpty() const { return size() == 0; }
+  // Value i, 0-based; throws "Index out of range." outside 0..size()-1.
+  const odb_FieldValue& get(int i) const { return constGet(i); }
+  const odb_FieldValue& constGet(int i) const;
+  const odb_FieldValue& value(int i) const { return constGet(i); }
+  const odb_FieldValue& operator[](int i) const { return constGet(i); }
+
+  void append(const odb_FieldValue& value) { m_loose.push_back(value); }
+  void append(const odb_SequenceFieldValue& values);
+  void append(const odb_SubField& subField);
+  // The sub-fields, in order, and per sub-field its data type and element type label.
+  const odb_SequenceSubField& SubField() const { return m_subFields; }
+  odb_Sequence<odb_Enum::odb_DataTypeEnum> subFieldTypes() const;
+  // The distinct element type labels, in order of first appearance ("" for nodal data is left
+  // out).
+  odb_SequenceString baseElementTypes() const;
+  void clearAll();
+
+ private:
+  // The sub-field holding value i and the position of the value in it.
+  void Locate(int i, int& block, int& at) const;
+
+  odb_SequenceSubField m_subFields;
+  std::vector<int> m_starts;  // the index of each sub-field's first value
+  std::vector<odb_FieldValue> m_loose;
+  mutable odb_FieldValue m_current;
+  mutable int m_hint = 0;
+};
+
+#endif

@@ -1,0 +1,88 @@
+// odb_SubField: one stored group of a field output: the values of one element type (or the
+// nodes) at one position and section point of one part instance, written under one set name.
+//
+// A handle: copies share the group, whose arrays are read from the file on first use (see
+// odb_FieldBulkData, the same group as arrays). One thread at a time.
+#ifndef ODB_SUBFIELD_H
+#define ODB_SUBFIELD_H
+
+#include <memory>
+#include <vector>
+
+#include "odb_Enum.h"
+#include "odb_Instance.h"
+#include "odb_SectionPoint.h"
+#include "odb_Sequence.h"
+#include "odb_String.h"
+#include "uti_LabelMap.h"
+
+// The messages of reading and transforming sub-fields (keys odb_SubField_MSGID_00.._29).
+enum odb_SubFieldEnm : int {
+  odb_SubField_NO_MESH_INDEX = 0,
+  odb_SubField_TRANSFORM_NOT_ALLOWED = 1,
+  odb_SubField_SPANNING_SUBSETS = 2,
+  odb_SubField_SECTION_POINT_NUMBER = 3,  // %s: the number
+  odb_SubField_SECTION_POINT_INVALID = 4,
+  odb_SubField_QUATERNIONS_NOT_READ = 5,
+  odb_SubField_WHOLE_REGION = 6,
+  odb_SubField_WHOLE_PART_INSTANCE = 7,
+  odb_SubField_WHOLE_MODEL = 8,
+  odb_SubField_GENERAL_PARTICLE = 9,
+  odb_SubField_UNKNOWN_LOCATION = 10,
+  odb_SubField_NO_PART_INSTANCE = 11,
+  odb_SubField_QUATERNIONS_NOT_PROCESSED = 12,
+  odb_SubField_UNKNOWN_DATATYPE = 13,
+  odb_SubField_FLOAT_TENSOR = 14,
+  odb_SubField_DOUBLE_TENSOR = 15,
+  odb_SubField_NO_MESH_INDEX_NAMED = 16,  // %s: the field's name
+  odb_SubField_MESH_INDEX_NAMED = 17,     // %s: the field's name
+  odb_SubField_UNKNOWN_SET_TYPE = 18,
+  odb_SubField_LENGTH = 19,         // %1$s: expected, %2$s: given
+  odb_SubField_NODAL_FAILED = 20,
+  odb_SubField_ELEMENT_FAILED = 21,  // %s: element type
+  odb_SubField_PER_POINT = 22,       // %s: integration points per element
+  odb_SubField_PER_NODE = 23,        // %s: nodes per element
+  odb_SubField_PER_ELEMENT = 24,
+  odb_SubField_BAD_TYPE = 25,
+  odb_SubField_SCALAR_LENGTH = 26,
+  odb_SubField_ITEM_LENGTH = 27,  // %s: the width
+  odb_SubField_TENSOR_NOT_IMPLEMENTED = 28,
+  odb_SubField_ORPHANED = 29
+};
+
+template <>
+struct uti_LabelTable<odb_SubFieldEnm, 1> {
+  static const uti_LabelRow<odb_SubFieldEnm> rows[];
+};
+
+struct odb_SubFieldData;
+
+class odb_SubField {
+ public:
+  odb_SubField() = default;
+  explicit odb_SubField(std::shared_ptr<odb_SubFieldData> data);
+
+  odb_Enum::odb_ResultPositionEnum position() const;
+  odb_Enum::odb_DataTypeEnum type() const;
+  const odb_Instance& instance() const;
+  // The element type label; "" for nodal data.
+  odb_String elementType() const;
+  odb_String sectionCategoryName() const;
+  odb_SectionPoint sectionPoint() const;
+  // The name of the set the group was written for (an internal "api_set N" set).
+  odb_String setName() const;
+  // The number of values (locations).
+  int size() const;
+  // For a group of a subset: the positions, in the group it was taken from, of the locations it
+  // kept; for a stored group, every position.
+  odb_SequenceInt getSubsetIndices() const;
+
+  const std::shared_ptr<odb_SubFieldData>& data() const { return m_data; }
+
+ private:
+  std::shared_ptr<odb_SubFieldData> m_data;
+};
+
+using odb_SequenceSubField = std::vector<odb_SubField>;
+
+#endif

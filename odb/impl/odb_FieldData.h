@@ -1,0 +1,53 @@
+// odb_FieldData: what the handles of one field output share; internal.
+//
+// The definition, where the field is stored (none for orphans), its sub-fields in the order they
+// were first written, and the read-side views, rebuilt on first use after a change.
+#ifndef ODB_FIELDDATA_H
+#define ODB_FIELDDATA_H
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "odb_AssemblyData.h"
+#include "odb_FieldOutput.h"
+#include "odb_SubFieldData.h"
+#include "store_Database.h"
+
+struct odb_FieldData {
+  odb_String name;
+  odb_String description;
+  odb_Enum::odb_DataTypeEnum type = odb_Enum::SCALAR;
+  odb_SequenceString componentLabels;
+  odb_SequenceInvariant validInvariants;
+  bool orphan = true;
+
+  // Where a frame's field lives; empty for orphans.
+  std::shared_ptr<store_Database> store;
+  std::int64_t id = 0, stepId = 0;
+  int frameIndex = 0;
+  int index = 0;
+  // The database's assembly, where instances are found.
+  std::function<std::shared_ptr<odb_AssemblyData>()> assembly;
+
+  bool blocksRead = false;
+  std::vector<std::shared_ptr<odb_SubFieldData>> subFields;
+
+  bool viewsBuilt = false;
+  odb_SequenceFieldValue values;
+  odb_SequenceFieldBulkData bulk;
+  odb_SequenceFieldLocation locations;
+
+  // Floats per value (see odb_FieldOutput::width); 0 when not settled by the definition.
+  int Width() const;
+  // Reads the stored blocks once, grouping them into sub-fields.
+  void ReadBlocks();
+  // The views, rebuilt when the sub-fields changed.
+  void BuildViews();
+  void Changed() { viewsBuilt = false; }
+  // A new orphan of the same definition and no data.
+  std::shared_ptr<odb_FieldData> EmptyCopy() const;
+};
+
+#endif

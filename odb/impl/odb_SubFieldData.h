@@ -1,0 +1,108 @@
+// odb_SubFieldData: one sub-field of a field output (one element type, or the nodes, at one
+// position and section point of one part instance), as the field's views share it; internal.
+//
+// A stored sub-field knows its blocks and reads their arrays on first use, all of them into one
+// run per array; a subset's or a computed field's sub-field holds its arrays from the start. The
+// per-location label arrays and the Mises values are derived once, on first request.
+#ifndef ODB_SUBFIELDDATA_H
+#define ODB_SUBFIELDDATA_H
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+#include "odb_Enum.h"
+#include "odb_Instance.h"
+#include "odb_SectionPoint.h"
+#include "odb_String.h"
+#include "store_Field.h"
+
+class store_Database;
+
+// An owned run of values that is not cleared when sized: a block read from the file is written
+// over at once, and clearing tens of megabytes first would cost as much as the read.
+template <class T>
+class odb_Run {
+ public:
+  std::size_t size() const { return m_size; }
+  bool empty() const { return m_size == 0; }
+  T* data() { return m_values.get(); }
+  const T* data() const { return m_values.get(); }
+  T& operator[](std::size_t i) { return m_values[i]; }
+  const T& operator[](std::size_t i) const { return m_values[i]; }
+  // Sizes the run; the first min(old, new) values are kept, the others are undefined.
+  void Resize(std::size_t n) {
+    if (n > m_capacity) {
+      std::unique_ptr<T[]> grown(new T[n]);
+      for (std::size_t i = 0; i < m_size; ++i) grown[i] = m_values[i];
+      m_values = std::move(grown);
+      m_capacity = n;
+    }
+    m_size = n;
+  }
+  void Assign(const T* values, std::size_t n) {
+    Resize(n);
+    for (std::size_t i = 0; i < n; ++i) m_values[i] = values[i];
+  }
+  void Append(const T* values, std::size_t n) {
+    const std::size_t at = m_size;
+    Resize(m_size + n);
+    for (std::size_t i = 0; i < n; ++i) m_values[at + i] = values[i];
+  }
+
+ private:
+  std::unique_ptr<T[]> m_values;
+  std::size_t m_size = 0, m_capacity = 0;
+};
+
+struct odb_SubFieldData {
+  odb_Enum::odb_ResultPositionEnum position = odb_Enum::NODAL;
+  odb_Enum::odb_DataTypeEnum type = odb_Enum::SCALAR;
+  odb_Instance instance;
+  odb_String instanceName;
+  odb_String elementType;  // empty for nodal data
+  odb_String sectionCategory;
+  odb_SectionPoint sectionPoint;
+  odb_String setName;
+  int width = 1;
+  int perLabel = 1;          // locations per label: integration points, nodes, or 1
+  int orientationWidth = 0;  // 0, 2 or 4
+  bool complex = false;
+
+  // Stored blocks not read yet (empty once read, and for sub-fields made in memory).
+  std::shared_ptr<store_Database> store;
+  std::vector<store_FieldBlockRecord> unread;
+
+  // The contents, valid after Load(): one label per element (node), `perLabel` locations each.
+  odb_Run<int> labels;
+  odb_Run<float> data, conjugate, orientation;
+  // For subsets: the positions in the source sub-field of the locations kept.
+  std::vector<int> subsetIndices;
+
+  // Reads the blocks not read yet.
+  void Load();
+  // A stored block of this sub-field, added after its first ones.
+  void AddBlock(const store_FieldBlockRecord& block);
+  // The number of locations (values).
+  std::size_t Locations() const;
+
+  // Makes the sub-field carry its location labels itself, one label per location (subsets and
+  // extrapolated fields, whose locations need not be whole elements): `labels` must then hold
+  // the element labels (node labels for nodal data) of each location.
+  void SetLocations(std::vector<int> nodeLabels, std::vector<int> integrationPoints);
+
+  // Per location, built once after Load(); -1 where a label does not apply.
+  const std::vector<int>& ElementLabels();
+  const std::vector<int>& NodeLabels();
+  const std::vector<int>& IntegrationPoints();
+  const std::vector<float>& Mises();
+
+ private:
+  std::size_t m_unreadLocations = 0;
+  std::vector<int> m_elementLabels, m_nodeLabels, m_integrationPoints;
+  std::vector<float> m_mises;
+  bool m_elementLabelsBuilt = false, m_nodeLabelsBuilt = false, m_pointsBuilt = false,
+       m_misesBuilt = false;
+};
+
+#endif
