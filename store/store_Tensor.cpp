@@ -98,7 +98,8 @@ void Principals(const Matrix t, double out[3]) {
   out[1] = 3.0 * mean - out[0] - out[2];
 }
 
-double TensorInvariant(odb_InvariantEnum invariant, const Matrix t, bool hasOutOfPlane) {
+// Kinds without a 33 component have t[2][2] = 0, which is their out-of-plane principal value.
+double TensorInvariant(odb_InvariantEnum invariant, const Matrix t) {
   Matrix s;
   double mean = Deviator(t, s);
   switch (invariant) {
@@ -115,7 +116,7 @@ double TensorInvariant(odb_InvariantEnum invariant, const Matrix t, bool hasOutO
       return invariant == odb_Enum::MAX_INPLANE_PRINCIPAL ? centre + radius : centre - radius;
     }
     case odb_Enum::OUTOFPLANE_PRINCIPAL:
-      return hasOutOfPlane ? t[2][2] : 0.0;
+      return t[2][2];
     default:
       break;
   }
@@ -186,8 +187,7 @@ float store_Invariant(odb_InvariantEnum invariant, odb_DataTypeEnum type, const 
   const Kind& kind = *KindOf(type);
   Matrix t;
   Widen(kind, c, count, t);
-  bool hasOutOfPlane = type == odb_Enum::TENSOR_3D_FULL || type == odb_Enum::TENSOR_3D_PLANAR;
-  return static_cast<float>(TensorInvariant(invariant, t, hasOutOfPlane));
+  return static_cast<float>(TensorInvariant(invariant, t));
 }
 
 void store_MisesBlock(odb_DataTypeEnum type, const float* data, long n, float* out) {
