@@ -4,8 +4,8 @@
 // in a fixed order; missing components (the out-of-plane shears of planar kinds, the 33
 // component of surface and 2D kinds) are zero. Every routine is a pure function of its
 // arguments: it owns nothing, allocates nothing (except the direction-cosine rows it returns),
-// works in double and returns float, and may run on any number of threads at once. One value
-// costs a few dozen flops; principal values solve one cubic.
+// works in double (the Mises block excepted) and returns float, and may run on any number of
+// threads at once. One value costs a few dozen flops; principal values solve one cubic.
 //
 // Invariants, for the symmetric tensor T with deviator s = T - tr(T)/3 I:
 //   PRESS = -tr(T)/3, MISES = sqrt(3/2 s:s), TRESCA = max principal - min principal,
@@ -40,8 +40,9 @@ float store_Invariant(odb_Enum::odb_InvariantEnum invariant, odb_Enum::odb_DataT
                       const float* c, int count);
 
 // Mises of `n` consecutive values of a tensor kind laid out row-major (stride = component count)
-// into out[n]; out[0..n) is set to 0 for other types. One straight loop per kind without
-// branches or calls: it costs about as much as one plain pass over the block's floats.
+// into out[n]; out[0..n) is set to 0 for other types. One straight loop per kind, in float: it
+// is faster than one plain pass over the block's floats, and agrees with store_Invariant to a few
+// units in the last place for components below 1e18 in magnitude.
 void store_MisesBlock(odb_Enum::odb_DataTypeEnum type, const float* data, long n, float* out);
 
 // Direction cosines of the inverse of the rotation that an orientation holds, rows being the
