@@ -209,6 +209,8 @@ std::shared_ptr<odb_SubFieldData> SubFieldFor(odb_FieldData& field, const odb_In
   sub->instanceName = odb_FromText(b.instance);
   sub->elementType = odb_FromText(b.elementType);
   sub->sectionCategory = odb_FromText(b.sectionCategory);
+  if (b.sectionPoint >= 0)
+    sub->sectionPoint = odb_SectionPoint(b.sectionPoint, odb_FromText(b.sectionPointDescription));
   sub->setName = odb_FromText(b.setName);
   sub->width = b.width;
   sub->perLabel = b.perLabel;

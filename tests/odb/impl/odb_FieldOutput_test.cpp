@@ -1,0 +1,135 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <vector>
+
+#include "FieldFile.h"
+#include "ThrownMessage.h"
+
+class FieldWrite : public FieldFile {
+ protected:
+  odb_FieldOutput& Stress() { return m_frame.FieldOutput("S", "stress", odb_Enum::TENSOR_3D_FULL); }
+};
+
+TEST_F(FieldWrite, CreatorsNameComponentsAndRefuseATakenName) {
+  odb_FieldOutput& s = Stress();
+  EXPECT_EQ(s.componentLabels().size(), 6);
+  EXPECT_EQ(s.componentLabels()[5], odb_String("S23"));
+  EXPECT_TRUE(s.validInvariants().isMember(odb_Enum::MISES));
+  EXPECT_FALSE(s.validInvariants().isMember(odb_Enum::MAGNITUDE));
+  EXPECT_EQ(m_frame.VectorOutput("U", "", 3).componentLabels()[2], odb_String("U3"));
+  EXPECT_EQ(m_frame.MatrixOutput("M", "", 2, 2).componentLabels()[1], odb_String("M12"));
+  EXPECT_EQ(MessageOf([&] { Stress(); }), "A field named 'S' already exists.");
+  EXPECT_FALSE(s.IsOrphan());
+  EXPECT_EQ(m_frame.fieldOutputs().size(), 3);
+}
+
+TEST_F(FieldWrite, ChecksComeInOrderBeforeAnythingIsWritten) {
+  odb_FieldOutput& u = m_frame.VectorOutput("U", "", 3);
+  odb_FieldOutput& s = Stress();
+  const odb_SequenceInt nodes = Ints({1, 2});
+  EXPECT_EQ(MessageOf([&] { odb_FieldOutput().addData(odb_Enum::NODAL, *m_instance, nodes, Table(2, 3)); }),
+            "addData() not valid for an orphaned object.");
+  EXPECT_EQ(MessageOf([&] { u.addData(odb_Enum::NODAL, odb_Instance(), nodes, Table(2, 3)); }),
+            "Instance '' does not exists in this odb.");
+  EXPECT_EQ(MessageOf([&] {
+              u.addData(odb_Enum::NODAL, *m_instance, nodes, Table(2, 3), odb_SectionPoint(),
+                        odb_SequenceSequenceFloat(), Table(1, 3));
+            }),
+            "Data and ConjugateData must have the same length.");
+  EXPECT_EQ(MessageOf([&] {
+              u.addData(odb_Enum::NODAL, *m_instance, nodes, Table(2, 3), odb_SectionPoint(),
+                        Table(1, 4));
+            }),
+            "Transformation not allowed for scalar data.");
+  EXPECT_EQ(MessageOf([&] { u.addData(odb_Enum::ELEMENT_FACE, *m_instance, nodes, Table(2, 3)); }),
+            "Invalid results position for field.");
+  EXPECT_EQ(MessageOf([&] { u.addData(odb_Enum::NODAL, *m_instance, Ints({1, 99}), Table(2, 3)); }),
+            "The element labels passed into field.addData() method contain some undefined labels.");
+  EXPECT_EQ(MessageOf([&] {
+              s.addData(odb_Enum::INTEGRATION_POINT, *m_instance, Ints({4}), Table(4, 6),
+                        odb_SectionPoint(7, "x"));
+            }),
+            "Section Point number 7.");
+  EXPECT_EQ(MessageOf([&] {
+              s.addData(odb_Enum::INTEGRATION_POINT, *m_instance, Ints({1, 4}), Table(12, 6),
+                        odb_SectionPoint(1, "Bottom"));
+            }),
+            "Section point not valid for all elements.");
+  EXPECT_EQ(u.values().size(), 0);
+  EXPECT_EQ(s.values().size(), 0);
+}
+
+TEST_F(FieldWrite, LengthMessagesNameThePositionAndElementType) {
+  odb_FieldOutput& s = Stress();
+  odb_FieldOutput& u = m_frame.VectorOutput("U", "", 3);
+  const char* lead = "Length of data sequence incorrect. Data at ";
+  EXPECT_EQ(MessageOf([&] { u.addData(odb_Enum::NODAL, *m_instance, Ints({1, 2}), Table(3, 3)); }),
+            std::string(lead) + "2 locations expected. Data at 3 locations provided. Nodal data "
+                                "request failed.");
+  EXPECT_EQ(MessageOf([&] {
+              s.addData(odb_Enum::INTEGRATION_POINT, *m_instance, Ints({1}), Table(7, 6));
+            }),
+            std::string(lead) + "8 locations expected. Data at 7 locations provided. Element data "
+                                "request failed. Element type is C3D8. Data at 8 integration "
+                                "points per element expected.");
+  EXPECT_EQ(MessageOf([&] {
+              s.addData(odb_Enum::ELEMENT_NODAL, *m_instance, Ints({3}), Table(3, 6),
+                        odb_SectionPoint(), odb_SequenceSequenceFloat(), Table(3, 6));
+            }),
+            std::string(lead) + "8 locations expected. Data at 6 locations provided. Element data "
+                                "request failed. Element type is C3D4. Data at 4 nodes per "
+                                "element expected.");
+  EXPECT_EQ(MessageOf([&] { s.addData(odb_Enum::CENTROID, *m_instance, Ints({3}), Table(2, 6)); }),
+            std::string(lead) + "1 locations expected. Data at 2 locations provided. Element data "
+                                "request failed. Element type is C3D4. Data at 1 location per "
+                                "element expected.");
+  // Two groups: each gets its own rows; rows beyond them are reported after both are written.
+  EXPECT_EQ(MessageOf([&] { s.addData(odb_Enum::CENTROID, *m_instance, Ints({1, 3}), Table(3, 6)); }),
+            "field.addData() request not processed correctly. 2 data sequences written from the 3 "
+            "supplied. Write data for each element position, element type, and section definition "
+            "separately for more detailed error messages.");
+  EXPECT_EQ(s.bulkDataBlocks().size(), 2);
+}
+
+TEST_F(FieldWrite, DataTypeChecksPerGroup) {
+  odb_FieldOutput& p = m_frame.FieldOutput("P", "", odb_Enum::SCALAR);
+  odb_FieldOutput& u = m_frame.VectorOutput("U", "", 3);
+  odb_FieldOutput& s = Stress();
+  odb_FieldOutput& q = m_frame.FieldOutput("Q", "", odb_Enum::QUATERNION_3D);
+  EXPECT_EQ(MessageOf([&] { p.addData(odb_Enum::NODAL, *m_instance, Ints({1}), Table(1, 2)); }),
+            "SCALAR data should be of length 1.");
+  EXPECT_EQ(MessageOf([&] { u.addData(odb_Enum::NODAL, *m_instance, Ints({1}), Table(1, 2)); }),
+            "Data items should be of length 3");
+  EXPECT_EQ(MessageOf([&] { s.addData(odb_Enum::CENTROID, *m_instance, Ints({1}), Table(1, 4)); }),
+            "Incorrect tensor data length");
+  EXPECT_EQ(MessageOf([&] {
+              s.addData(odb_Enum::CENTROID, *m_instance, Ints({1, 2, 3}), Table(3, 6),
+                        odb_SectionPoint(), Table(2, 4));
+            }),
+            "Coordinate system definition should be of length 0, 1, or the same length as the "
+            "data array.");
+  EXPECT_EQ(MessageOf([&] { q.addData(odb_Enum::NODAL, *m_instance, Ints({1}), Table(1, 4)); }),
+            "Invalid results type for field.");
+}
+
+TEST_F(FieldWrite, SubFieldsSplitByTypeAndSectionPointAndReuseEarlierOnes) {
+  odb_FieldOutput& s = Stress();
+  s.addData(odb_Enum::CENTROID, *m_instance, Ints({1, 3, 2}), Table(3, 6));
+  s.addData(odb_Enum::CENTROID, *m_instance, Ints({4}), Table(1, 6), odb_SectionPoint(1, "Bottom"));
+  s.addData(odb_Enum::CENTROID, *m_instance, Ints({5}), Table(1, 6), odb_SectionPoint(1, "Bottom"));
+  s.addData(odb_Enum::CENTROID, *m_instance, Ints({5}), Table(1, 6), odb_SectionPoint(2, "Top"));
+  const odb_SequenceFieldBulkData& blocks = s.bulkDataBlocks();
+  ASSERT_EQ(blocks.size(), 4);
+  EXPECT_EQ(blocks[0].baseElementType(), odb_String("C3D8"));
+  EXPECT_EQ(blocks[0].length(), 2);
+  EXPECT_EQ(blocks[0].elementLabels()[1], 2);
+  EXPECT_EQ(blocks[0].data()[6], 200.0f);  // element 2 was the third row of the call
+  EXPECT_EQ(blocks[1].baseElementType(), odb_String("C3D4"));
+  EXPECT_EQ(blocks[2].length(), 2);
+  EXPECT_EQ(blocks[3].sectionPoint().number(), 2);
+  EXPECT_EQ(s.SubField()[0].setName(), odb_String("api_set 0"));
+  EXPECT_EQ(s.SubField()[2].setName(), odb_String("api_set 2"));
+  EXPECT_EQ(s.locations().size(), 1);
+  EXPECT_EQ(s.locations()[0].sectionPoint().size(), 2);
+}
