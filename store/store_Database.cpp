@@ -310,14 +310,24 @@ std::size_t store_Database::ArrayBytes(std::int64_t id) {
 }
 
 void store_Database::GetArray(std::int64_t id, void* out) {
+  // Each chunk is copied from the file's pages straight into `out` through an incremental blob
+  // handle: selecting the blob would first assemble it in a buffer of SQLite's own.
   std::size_t expected = ArrayBytes(id), offset = 0;
-  store_Statement q = Sql("SELECT data FROM array_chunk WHERE array_id = ?1 ORDER BY chunk");
+  store_Statement q =
+      Sql("SELECT rowid, length(data) FROM array_chunk WHERE array_id = ?1 ORDER BY chunk");
   q.Bind(1, id);
-  while (q.Step()) {
-    std::size_t n = static_cast<std::size_t>(q.Bytes(0));
-    if (offset + n > expected) throw store_Error("Array " + std::to_string(id) + " is damaged.");
-    std::memcpy(static_cast<char*>(out) + offset, q.Blob(0), n);
+  sqlite3_blob* blob = nullptr;
+  int rc = SQLITE_OK;
+  while (rc == SQLITE_OK && q.Step()) {
+    const std::size_t n = static_cast<std::size_t>(q.Int64(1));
+    if (offset + n > expected) break;
+    rc = blob ? sqlite3_blob_reopen(blob, q.Int64(0))
+              : sqlite3_blob_open(m_db, "main", "array_chunk", "data", q.Int64(0), 0, &blob);
+    if (rc == SQLITE_OK)
+      rc = sqlite3_blob_read(blob, static_cast<char*>(out) + offset, static_cast<int>(n), 0);
     offset += n;
   }
+  if (blob) sqlite3_blob_close(blob);
+  if (rc != SQLITE_OK) store_Check(m_db, rc, "read");
   if (offset != expected) throw store_Error("Array " + std::to_string(id) + " is damaged.");
 }

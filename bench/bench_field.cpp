@@ -1,0 +1,250 @@
+// Field output figures, each against a baseline timed in the same run: writing 10 frames of a
+// displacement U at the nodes and a stress S at 8 integration points of a block of hexahedra
+// (bulk form and sequence form, against fwrite + fsync of the same bytes), reading S back through
+// bulkDataBlocks() (against fread of the same bytes, both files in the page cache), the maximum
+// Mises stress from bulk data (against the same loop over one plain array), walking values(), and
+// the peak memory of reading one frame's S.
+#include <unistd.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "bench_Timing.h"
+#include "odb_API.h"
+
+namespace {
+
+const int kFrames = 10;
+
+struct Block {
+  int cells;
+  std::vector<int> nodeLabels, elementLabels;
+  std::vector<float> u, s;  // one frame's values
+  int Nodes() const { return static_cast<int>(nodeLabels.size()); }
+  int Elements() const { return static_cast<int>(elementLabels.size()); }
+  std::size_t FrameBytes() const { return (u.size() + s.size()) * sizeof(float); }
+};
+
+Block MakeBlock(int cells) {
+  Block b{cells, {}, {}, {}, {}};
+  const int n = cells + 1;
+  for (int i = 0; i < n * n * n; ++i) b.nodeLabels.push_back(i + 1);
+  for (int i = 0; i < cells * cells * cells; ++i) b.elementLabels.push_back(i + 1);
+  b.u.resize(3 * b.nodeLabels.size());
+  for (std::size_t i = 0; i < b.u.size(); ++i) b.u[i] = 1e-3f * static_cast<float>(i % 977);
+  b.s.resize(b.elementLabels.size() * 8 * 6);
+  for (std::size_t i = 0; i < b.s.size(); ++i) b.s[i] = static_cast<float>((i * 7919) % 1000) - 500.0f;
+  return b;
+}
+
+// The mesh, an instance and a step, saved; the fields are written onto it.
+odb_Instance& MakeModel(odb_Odb& odb, const Block& b) {
+  odb_DiscretePart& part = odb.DiscretePart("BLOCK", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
+  const int n = b.cells + 1;
+  odb_SequenceSequenceFloat points;
+  for (int i = 0; i < b.Nodes(); ++i) {
+    const float xyz[3] = {float(i % n), float(i / n % n), float(i / (n * n))};
+    points.append(odb_SequenceFloat(xyz, 3));
+  }
+  part.addNodes(odb_SequenceInt(b.nodeLabels.data(), b.Nodes()), points);
+  odb_SequenceSequenceInt connectivity;
+  for (int e = 0; e < b.Elements(); ++e) {
+    const int x = e % b.cells, y = e / b.cells % b.cells, z = e / (b.cells * b.cells);
+    const int c = 1 + x + n * y + n * n * z;
+    const int nodes[8] = {c, c + 1, c + 1 + n, c + n, c + n * n, c + 1 + n * n, c + 1 + n + n * n,
+                          c + n + n * n};
+    connectivity.append(odb_SequenceInt(nodes, 8));
+  }
+  part.addElements(odb_SequenceInt(b.elementLabels.data(), b.Elements()), connectivity, "C3D8");
+  odb_Instance& instance = odb.rootAssembly().Instance("BLOCK-1", part);
+  odb.Step("LOAD", "", odb_Enum::TIME, 1.0, "", "*STATIC", 0.0);
+  saveOdb(odb);
+  return instance;
+}
+
+// Writes `frames` frames with the bulk form (or the sequence form) and saves; returns seconds.
+double WriteFrames(odb_Odb& odb, odb_Instance& instance, const Block& b, int frames, bool bulk) {
+  odb_Step& step = odb.steps()["LOAD"];
+  odb_SequenceSequenceFloat uRows, sRows;
+  if (!bulk) {
+    for (int i = 0; i < b.Nodes(); ++i) uRows.append(odb_SequenceFloat(&b.u[3 * i], 3));
+    for (std::size_t i = 0; i < b.s.size() / 6; ++i) sRows.append(odb_SequenceFloat(&b.s[6 * i], 6));
+  }
+  const odb_SequenceInt nodes(b.nodeLabels.data(), b.Nodes());
+  const odb_SequenceInt elements(b.elementLabels.data(), b.Elements());
+  return Seconds([&] {
+    for (int f = 0; f < frames; ++f) {
+      odb_Frame frame = step.Frame(f + 1, 0.1 * (f + 1), "");
+      odb_FieldOutput& u = frame.FieldOutput("U", "displacement", odb_Enum::VECTOR,
+                                             odb_SequenceString(), odb_SequenceInvariant());
+      odb_FieldOutput& s = frame.FieldOutput("S", "stress", odb_Enum::TENSOR_3D_FULL);
+      if (bulk) {
+        u.addData(odb_Enum::NODAL, instance, b.Nodes(), b.nodeLabels.data(), b.Nodes(), 3, b.u.data());
+        s.addData(odb_Enum::INTEGRATION_POINT, instance, b.Elements(), b.elementLabels.data(),
+                  b.Elements() * 8, 6, b.s.data());
+      } else {
+        u.addData(odb_Enum::NODAL, instance, nodes, uRows);
+        s.addData(odb_Enum::INTEGRATION_POINT, instance, elements, sRows);
+      }
+    }
+    saveOdb(odb);
+  });
+}
+
+double RawWrite(const Block& b, const std::string& path, int frames) {
+  return Seconds([&] {
+    std::FILE* f = std::fopen(path.c_str(), "wb");
+    for (int i = 0; i < frames; ++i) {
+      std::fwrite(b.nodeLabels.data(), sizeof(int), b.nodeLabels.size(), f);
+      std::fwrite(b.u.data(), sizeof(float), b.u.size(), f);
+      std::fwrite(b.elementLabels.data(), sizeof(int), b.elementLabels.size(), f);
+      std::fwrite(b.s.data(), sizeof(float), b.s.size(), f);
+    }
+    std::fflush(f);
+    fsync(fileno(f));
+    std::fclose(f);
+  });
+}
+
+float Mises(const float* t) {
+  const float p = (t[0] + t[1] + t[2]) / 3;
+  const float a = t[0] - p, b = t[1] - p, c = t[2] - p;
+  return std::sqrt(1.5f * (a * a + b * b + c * c) + 3.0f * (t[3] * t[3] + t[4] * t[4] + t[5] * t[5]));
+}
+
+long StatusKb(const char* key) {
+  std::ifstream status("/proc/self/status");
+  std::string line;
+  while (std::getline(status, line))
+    if (line.rfind(key, 0) == 0) return std::atol(line.c_str() + std::strlen(key));
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  int cells = 60;
+  if (argc == 3 && std::strcmp(argv[1], "--cells") == 0) cells = std::atoi(argv[2]);
+  const std::filesystem::path dir = std::filesystem::temp_directory_path() / "qtvodb_bench_field";
+  std::filesystem::remove_all(dir);
+  std::filesystem::create_directories(dir);
+  const std::string path = (dir / "field.odb").string(), raw = (dir / "raw.bin").string();
+  odb_initializeAPI();
+  const Block b = MakeBlock(cells);
+  const double bytes = static_cast<double>(b.FrameBytes()) * kFrames;
+  std::printf("block      %d elements, %d nodes, %d frames: %.1f MB of U and S\n", b.Elements(),
+              b.Nodes(), kFrames, bytes / 1e6);
+
+  odb_Odb* odb = &Odb("", "", "", path.c_str());
+  odb_Instance* instance = &MakeModel(*odb, b);
+  const double rawWrite = RawWrite(b, raw, kFrames);
+  const double bulkWrite = WriteFrames(*odb, *instance, b, kFrames, true);
+  std::printf("write      bulk form %.3f s, fwrite+fsync %.3f s: %.2fx\n", bulkWrite, rawWrite,
+              bulkWrite / rawWrite);
+  closeOdb(*odb);
+
+  const std::string seqPath = (dir / "sequence.odb").string();
+  odb = &Odb("", "", "", seqPath.c_str());
+  instance = &MakeModel(*odb, b);
+  const double seqWrite = WriteFrames(*odb, *instance, b, 2, false);
+  const double rawTwo = RawWrite(b, raw, 2);
+  std::printf("write      sequence form, 2 frames %.3f s, fwrite+fsync %.3f s: %.2fx\n", seqWrite,
+              rawTwo, seqWrite / rawTwo);
+  closeOdb(*odb);
+  std::filesystem::remove(seqPath);
+
+  // Reading: both files are in the page cache (just written, then read once before timing).
+  RawWrite(b, raw, kFrames);
+  std::vector<float> buffer(b.s.size());
+  auto rawRead = [&] {
+    std::FILE* f = std::fopen(raw.c_str(), "rb");
+    std::size_t got = 0;
+    std::vector<int> labels(b.nodeLabels.size() + b.elementLabels.size());
+    std::vector<float> u(b.u.size());
+    for (int i = 0; i < kFrames; ++i) {
+      got += std::fread(labels.data(), sizeof(int), b.nodeLabels.size(), f);
+      got += std::fread(u.data(), sizeof(float), u.size(), f);
+      got += std::fread(labels.data(), sizeof(int), b.elementLabels.size(), f);
+      got += std::fread(buffer.data(), sizeof(float), buffer.size(), f);
+    }
+    std::fclose(f);
+    if (got * 4 != static_cast<std::size_t>(bytes) + kFrames * 4 * (b.nodeLabels.size() + b.elementLabels.size()))
+      std::printf("short read: %zu values\n", got);
+  };
+  rawRead();
+  const double rawReadS = Best(3, rawRead);
+  double sum = 0;
+  auto ourRead = [&] {
+    odb_Odb& r = openOdb(path.c_str(), true);
+    odb_Step& step = r.steps()["LOAD"];
+    for (int i = 0; i < step.frames().size(); ++i) {
+      const odb_SequenceFieldBulkData& blocks = step.frames(i).fieldOutputs()["S"].bulkDataBlocks();
+      for (int k = 0; k < blocks.size(); ++k) sum += blocks[k].data()[0] + blocks[k].elementLabels()[0];
+    }
+    closeOdb(r);
+  };
+  ourRead();
+  const double ourReadS = Best(3, ourRead);
+  std::printf("read       all S by bulkDataBlocks() %.3f s, fread of the same bytes %.3f s: %.2fx\n",
+              ourReadS, rawReadS, ourReadS / rawReadS);
+
+  // Maximum Mises: bulk data already read, against the same loop over one plain array.
+  {
+    odb_Odb& r = openOdb(path.c_str(), true);
+    odb_Step& step = r.steps()["LOAD"];
+    std::vector<odb_FieldBulkData> blocks;
+    for (int i = 0; i < step.frames().size(); ++i) {
+      const odb_SequenceFieldBulkData& all = step.frames(i).fieldOutputs()["S"].bulkDataBlocks();
+      for (int k = 0; k < all.size(); ++k) blocks.push_back(all[k]);
+    }
+    for (const odb_FieldBulkData& block : blocks) block.data();
+    float plainMax = 0, ourMax = 0;
+    const double plain = Best(3, [&] {
+      for (int f = 0; f < kFrames; ++f)
+        for (std::size_t i = 0; i < buffer.size() / 6; ++i) plainMax = std::max(plainMax, Mises(&buffer[6 * i]));
+    });
+    // Once: a block keeps its Mises values after the first request.
+    const double ours = Seconds([&] {
+      for (const odb_FieldBulkData& block : blocks) {
+        const float* m = block.mises();
+        for (int i = 0; i < block.length(); ++i) ourMax = std::max(ourMax, m[i]);
+      }
+    });
+    std::printf("mises      max over bulk data %.3f s, plain loop %.3f s: %.2fx  [%.1f %.1f]\n", ours,
+                plain, ours / plain, ourMax, plainMax);
+
+    // values() of one frame's S.
+    const odb_FieldOutput& s = step.frames(0).fieldOutputs()["S"];
+    const odb_SequenceFieldValue& values = s.values();
+    double walk = Seconds([&] {
+      for (int i = 0; i < values.size(); ++i) sum += values[i].fieldValueData()[0];
+    });
+    std::printf("values     one frame of S: %.1f M values/s\n", values.size() / walk / 1e6);
+    closeOdb(r);
+  }
+
+  // Peak memory of reading one frame's S, above what the process held before.
+  {
+    std::ofstream("/proc/self/clear_refs") << "5";
+    const long before = StatusKb("VmRSS:");
+    odb_Odb& r = openOdb(path.c_str(), true);
+    const odb_SequenceFieldBulkData& blocks =
+        r.steps()["LOAD"].frames(0).fieldOutputs()["S"].bulkDataBlocks();
+    for (int k = 0; k < blocks.size(); ++k) sum += blocks[k].data()[0];
+    const long peak = StatusKb("VmHWM:");
+    const double frameS = b.s.size() * sizeof(float);
+    std::printf("memory     reading one frame of S: %.1f MB above before, %.2fx its %.1f MB\n",
+                (peak - before) / 1e3, (peak - before) * 1e3 / frameS, frameS / 1e6);
+    closeOdb(r);
+  }
+  std::printf("[%g]\n", sum);
+  odb_finalizeAPI();
+  if (!std::getenv("QTVODB_BENCH_KEEP")) std::filesystem::remove_all(dir);
+  return 0;
+}
