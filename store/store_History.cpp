@@ -103,17 +103,32 @@ void store_AddResultsSet(store_Database& db, const std::string& instance, int ki
 }
 
 void store_HistorySeries::Append(const double* times, const float* values, std::size_t n) {
-  if (n == 0) return;
-  if (m_times.empty()) Enqueue();
-  m_times.insert(m_times.end(), times, times + n);
-  m_values.insert(m_values.end(), values, values + n);
+  for (std::size_t done = 0; done < n;) {
+    if (m_times.size() >= store_kHistoryBlockPairs) WriteFullBlock();
+    if (!m_queued) Enqueue();
+    const std::size_t room =
+        m_times.size() < store_kHistoryBlockPairs ? store_kHistoryBlockPairs - m_times.size() : 0;
+    const std::size_t take = room == 0 || room > n - done ? n - done : room;
+    m_times.insert(m_times.end(), times + done, times + done + take);
+    m_values.insert(m_values.end(), values + done, values + done + take);
+    done += take;
+  }
 }
 
 void store_HistorySeries::Enqueue() {
-  if (std::shared_ptr<store_Database> db = m_db.lock()) db->Defer(shared_from_this());
+  if (std::shared_ptr<store_Database> db = m_db.lock()) {
+    db->Defer(shared_from_this());
+    m_queued = true;
+  }
 }
 
-void store_HistorySeries::Read(std::vector<double>& times, std::vector<float>& values) {
+void store_HistorySeries::WriteFullBlock() {
+  std::shared_ptr<store_Database> db = m_db.lock();
+  // A closed database keeps the pairs in memory, where reads still find them.
+  if (db && db->IsOpen() && !db->ReadOnly()) WriteBlock(*db);
+}
+
+void store_HistorySeries::Read(store_LargeVector<double>& times, store_LargeVector<float>& values) {
   times.clear();
   values.clear();
   std::shared_ptr<store_Database> db = m_db.lock();
@@ -152,7 +167,7 @@ void store_HistorySeries::Read(std::vector<double>& times, std::vector<float>& v
   values = m_values;
 }
 
-void store_HistorySeries::Flush(store_Database& db) {
+void store_HistorySeries::WriteBlock(store_Database& db) {
   if (m_times.empty()) return;
   const std::size_t n = m_times.size();
   const std::int64_t times = db.PutArray("history times", m_times.data(), n * sizeof(double));
@@ -166,11 +181,19 @@ void store_HistorySeries::Flush(store_Database& db) {
       .Bind(3, times)
       .Bind(4, values)
       .Run();
-  Discard();
+  m_times.clear();
+  m_values.clear();
+}
+
+void store_HistorySeries::Flush(store_Database& db) {
+  WriteBlock(db);
+  m_queued = false;
+  // A long series gives its buffers back once saved; a short one keeps them for the next save.
+  if (m_times.capacity() > store_kHistoryBlockPairs / 16) Discard();
 }
 
 void store_HistorySeries::Discard() {
-  // Swapped out rather than cleared, so that a long series gives its memory back once saved.
-  std::vector<double>().swap(m_times);
-  std::vector<float>().swap(m_values);
+  store_LargeVector<double>().swap(m_times);
+  store_LargeVector<float>().swap(m_values);
+  m_queued = false;
 }

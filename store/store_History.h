@@ -18,6 +18,10 @@
 #include <vector>
 
 #include "store_Database.h"
+#include "store_LargeAllocator.h"
+
+// The most pairs a series holds before it writes them as a block (12 MiB of pairs).
+constexpr std::size_t store_kHistoryBlockPairs = 1u << 20;
 
 // What a region describes; `position` is the point's kind (odb_Enum::odb_ResultPositionEnum).
 struct store_HistoryPointRecord {
@@ -73,15 +77,17 @@ class store_HistorySeries : public store_Deferred,
       : m_db(std::move(db)), m_outputId(outputId) {}
 
   void Append(double time, float value) {
-    if (m_times.empty()) Enqueue();
+    if (m_times.size() == store_kHistoryBlockPairs) WriteFullBlock();
+    if (!m_queued) Enqueue();
     m_times.push_back(time);
     m_values.push_back(value);
   }
   void Append(const double* times, const float* values, std::size_t n);
 
-  // Every pair: the stored blocks in order, then the pairs not yet saved.
-  void Read(std::vector<double>& times, std::vector<float>& values);
-  std::size_t Unsaved() const { return m_times.size(); }
+  // Every pair: the written blocks in order, then the pairs held in memory.
+  void Read(store_LargeVector<double>& times, store_LargeVector<float>& values);
+  // The pairs held in memory, not yet written.
+  std::size_t Held() const { return m_times.size(); }
 
   void Flush(store_Database& db) override;
   void Discard() override;
@@ -89,11 +95,15 @@ class store_HistorySeries : public store_Deferred,
  private:
   // Asks the database to flush this series at the next save.
   void Enqueue();
+  // Writes the held pairs as a block while the database is open, keeping the buffers.
+  void WriteFullBlock();
+  void WriteBlock(store_Database& db);
 
   std::weak_ptr<store_Database> m_db;
   std::int64_t m_outputId;
-  std::vector<double> m_times;
-  std::vector<float> m_values;
+  bool m_queued = false;
+  store_LargeVector<double> m_times;
+  store_LargeVector<float> m_values;
 };
 
 #endif

@@ -20,8 +20,8 @@ struct odb_StepData;
 
 // (time, value) pairs held in memory.
 struct odb_HistoryPairs {
-  std::vector<double> times;
-  std::vector<float> values;
+  store_LargeVector<double> times;
+  store_LargeVector<float> values;
 };
 
 struct odb_HistoryOutputData {
