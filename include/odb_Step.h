@@ -11,6 +11,8 @@
 // the same way, on first use. Creators (Frame, LoadCase) write to the database at once; the
 // database's save makes them durable.
 //
+// History regions are read the same way, on first use; HistoryRegion writes a new one at once.
+//
 // The solver input text and the default fields of a step are not kept by this class.
 //
 // One thread at a time for a step, its copies and everything reached through them.
@@ -21,6 +23,8 @@
 
 #include "odb_Enum.h"
 #include "odb_Frame.h"
+#include "odb_HistoryPoint.h"
+#include "odb_HistoryRegion.h"
 #include "odb_LoadCase.h"
 #include "odb_Repository.h"
 #include "odb_SequenceFrame.h"
@@ -45,6 +49,7 @@ struct odb_StepData;
 class odb_Step {
  public:
   using LoadCaseRepository = odb_Repository<odb_String, odb_LoadCase>;
+  using HistoryRegionRepository = odb_HistoryRegionRepository;
 
   // An empty handle: it belongs to no database, has no frames and refuses the creators.
   odb_Step();
@@ -92,6 +97,20 @@ class odb_Step {
   // The step's load cases by name. The writable form throws for an empty step handle.
   LoadCaseRepository& loadCases();
   const LoadCaseRepository& loadCases() const;
+
+  // Creates and stores a history region at `point` and returns it. An empty name gives the
+  // point's name (numbered " (2)", " (3)" ... when the step has a region of that name already),
+  // an empty description the point's description. A node or element point without an instance
+  // takes the one instance that places its part. Throws "A historyRegion named 'NAME' already
+  // exists in step 'STEP'." for a name given and taken, "Key "NAME" not found in repository" for
+  // a load case that is not one of loadCases(), and for an empty step handle. The reference
+  // stays valid until the step's regions change.
+  odb_HistoryRegion& HistoryRegion(const odb_String& name, const odb_String& description,
+                                   const odb_HistoryPoint& point,
+                                   const odb_LoadCase& loadCase = odb_LoadCase());
+  // The step's history regions by name. The writable form throws for an empty step handle.
+  HistoryRegionRepository& historyRegions();
+  const HistoryRegionRepository& historyRegions() const;
 
   // The frame whose value is nearest to `value` under `match`: CLOSEST the nearest (of two
   // equally near, the earlier); BEFORE the nearest at or before `value` (of two equally near,

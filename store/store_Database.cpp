@@ -50,7 +50,14 @@ store_Database::~store_Database() {
   Close();
 }
 
+void store_Database::DiscardDeferred() {
+  std::vector<std::shared_ptr<store_Deferred>> deferred;
+  deferred.swap(m_deferred);
+  for (const std::shared_ptr<store_Deferred>& writer : deferred) writer->Discard();
+}
+
 void store_Database::Close() {
+  DiscardDeferred();
   m_cache.reset();
   if (!m_db) return;
   // Whatever was written since the last commit is discarded: the file stays as last saved.
@@ -148,12 +155,23 @@ std::string store_Database::CreationStampOf(const std::string& path) {
 
 void store_Database::Commit() {
   RequireWritable("save");
+  // A writer that fails leaves itself and those after it deferred, so that the failed save can
+  // be retried; those flushed before it have written their rows into the open transaction.
+  std::size_t flushed = 0;
+  try {
+    for (; flushed < m_deferred.size(); ++flushed) m_deferred[flushed]->Flush(*this);
+  } catch (...) {
+    m_deferred.erase(m_deferred.begin(), m_deferred.begin() + flushed);
+    throw;
+  }
+  m_deferred.clear();
   Execute("COMMIT");
   Execute("BEGIN IMMEDIATE");
 }
 
 void store_Database::Rollback() {
   if (m_readOnly) return;
+  DiscardDeferred();
   Execute("ROLLBACK");
   Execute("BEGIN IMMEDIATE");
 }

@@ -26,6 +26,7 @@
 struct sqlite3;
 class store_Statement;
 class store_StatementCache;
+class store_Database;
 
 // A failure of the file; callers of the public interface see it as the odb_Exception it is, with
 // the reason as its message.
@@ -49,6 +50,19 @@ struct store_StepRecord {
   double totalTime = 0.0;
   std::string previousStepName;
   std::string procedure;
+};
+
+// Writes that a module keeps in memory until the next save, because writing them one by one
+// would cost a statement each (history pairs are appended one at a time). Commit flushes every
+// deferred writer, in the order they were deferred, inside the transaction it then commits;
+// Rollback and Close discard what they hold.
+class store_Deferred {
+ public:
+  virtual ~store_Deferred() = default;
+  // Writes what is held through `db`, which is inside its open transaction, and lets it go.
+  virtual void Flush(store_Database& db) = 0;
+  // Lets go of what is held without writing it.
+  virtual void Discard() = 0;
 };
 
 struct store_FrameRecord {
@@ -80,10 +94,13 @@ class store_Database {
   bool ReadOnly() const { return m_readOnly; }
 
   // Makes everything written since the last commit durable (on disk when it returns) and starts
-  // the next transaction. Refused on a read-only database.
+  // the next transaction, flushing the deferred writers first. Refused on a read-only database.
   void Commit();
-  // Discards what was written since the last commit.
+  // Discards what was written since the last commit, deferred writes included.
   void Rollback();
+  // Holds `writer` until the next Commit (which flushes it) or Rollback or Close (which discard
+  // it). A writer defers itself once per save, when it first holds something.
+  void Defer(std::shared_ptr<store_Deferred> writer) { m_deferred.push_back(std::move(writer)); }
   // Discards what was written since the last commit and closes the file; every later call
   // throws. Handles that still share this object see a closed database.
   void Close();
@@ -125,11 +142,13 @@ class store_Database {
   void Connect(int flags);
   void Execute(const char* sql);
   void RequireWritable(const char* what) const;
+  void DiscardDeferred();
 
   std::string m_path;
   bool m_readOnly;
   sqlite3* m_db = nullptr;
   std::unique_ptr<store_StatementCache> m_cache;
+  std::vector<std::shared_ptr<store_Deferred>> m_deferred;
 };
 
 #endif

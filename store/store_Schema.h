@@ -33,6 +33,38 @@ CREATE TABLE load_case(
   step_id INTEGER NOT NULL REFERENCES step(id),
   name TEXT NOT NULL,
   UNIQUE(step_id, name));
+CREATE TABLE history_region(
+  id INTEGER PRIMARY KEY,
+  step_id INTEGER NOT NULL REFERENCES step(id),
+  name TEXT NOT NULL,
+  description TEXT NOT NULL DEFAULT '',
+  load_case TEXT NOT NULL DEFAULT '',
+  position INTEGER NOT NULL,
+  instance TEXT NOT NULL DEFAULT '',
+  node INTEGER NOT NULL DEFAULT -1,
+  element INTEGER NOT NULL DEFAULT -1,
+  integration_point INTEGER NOT NULL DEFAULT 0,
+  face INTEGER NOT NULL DEFAULT 0,
+  section_point INTEGER NOT NULL DEFAULT -1,
+  section_point_description TEXT NOT NULL DEFAULT '',
+  set_name TEXT NOT NULL DEFAULT '',
+  set_kind INTEGER NOT NULL DEFAULT 0,
+  point_name TEXT NOT NULL DEFAULT '',
+  UNIQUE(step_id, name));
+CREATE TABLE history_output(
+  id INTEGER PRIMARY KEY,
+  region_id INTEGER NOT NULL REFERENCES history_region(id),
+  name TEXT NOT NULL,
+  description TEXT NOT NULL DEFAULT '',
+  type INTEGER NOT NULL,
+  UNIQUE(region_id, name));
+CREATE TABLE history_block(
+  output_id INTEGER NOT NULL REFERENCES history_output(id),
+  block INTEGER NOT NULL,
+  count INTEGER NOT NULL,
+  times INTEGER NOT NULL REFERENCES array(id),
+  data INTEGER NOT NULL REFERENCES array(id),
+  PRIMARY KEY(output_id, block)) WITHOUT ROWID;
 CREATE TABLE array(id INTEGER PRIMARY KEY, kind TEXT NOT NULL, bytes INTEGER NOT NULL);
 CREATE TABLE array_chunk(
   array_id INTEGER NOT NULL REFERENCES array(id),

@@ -7,6 +7,7 @@
 
 #include "odb_Exception.h"
 #include "odb_FrameData.h"
+#include "odb_HistoryData.h"
 #include "odb_Message.h"
 #include "odb_StepData.h"
 #include "odb_Util.h"
@@ -227,6 +228,24 @@ const odb_Step::LoadCaseRepository& odb_Step::loadCases() const {
   if (!m_data) return EmptyStep().loadCases;
   EnsureLoadCases(*m_data);
   return m_data->loadCases;
+}
+
+odb_HistoryRegion& odb_Step::HistoryRegion(const odb_String& name, const odb_String& description,
+                                           const odb_HistoryPoint& point,
+                                           const odb_LoadCase& loadCase) {
+  return odb_AddHistoryRegion(Writable(m_data, 200), name, description, point, loadCase);
+}
+
+odb_Step::HistoryRegionRepository& odb_Step::historyRegions() {
+  odb_StepData& step = Writable(m_data, 204);
+  odb_ReadHistoryRegions(step);
+  return step.historyRegions;
+}
+
+const odb_Step::HistoryRegionRepository& odb_Step::historyRegions() const {
+  if (!m_data) return EmptyStep().historyRegions;
+  odb_ReadHistoryRegions(*m_data);
+  return m_data->historyRegions;
 }
 
 odb_Frame odb_Step::getFrame(double value, odb_Enum::odb_MatchEnum match) const {

@@ -12,6 +12,7 @@
 
 #include "odb_Enum.h"
 #include "odb_Frame.h"
+#include "odb_HistoryRegion.h"
 #include "odb_LoadCase.h"
 #include "odb_Repository.h"
 #include "odb_StepRepository.h"
@@ -39,6 +40,8 @@ struct odb_StepData {
 
   bool loadCasesRead = false;
   odb_Repository<odb_String, odb_LoadCase> loadCases;
+  bool historyRegionsRead = false;
+  odb_HistoryRegionRepository historyRegions;
 
   // A step's data from its stored record; nothing of its frames is read.
   odb_StepData(std::shared_ptr<store_Database> db, const store_StepRecord& record,

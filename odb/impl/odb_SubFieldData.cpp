@@ -1,33 +1,10 @@
 #include "odb_SubFieldData.h"
 
-#include <sys/mman.h>
-
-#include <cstdlib>
-#include <new>
 
 #include "odb_EntityData.h"
 #include "store_Database.h"
 #include "store_Mesh.h"
 #include "store_Tensor.h"
-
-void* odb_AllocateRun(std::size_t bytes) {
-  const std::size_t huge = std::size_t(2) << 20;
-  if (bytes < huge) {
-    void* p = std::malloc(bytes ? bytes : 1);
-    if (!p) throw std::bad_alloc();
-    return p;
-  }
-  void* p = nullptr;
-  if (posix_memalign(&p, huge, (bytes + huge - 1) / huge * huge) != 0) throw std::bad_alloc();
-#ifdef MADV_HUGEPAGE
-  madvise(p, bytes, MADV_HUGEPAGE);
-#endif
-  return p;
-}
-
-void odb_FreeRun(void* p) {
-  std::free(p);
-}
 
 namespace {
 
@@ -134,12 +111,11 @@ const std::vector<int>& odb_SubFieldData::IntegrationPoints() {
   return m_integrationPoints;
 }
 
-const std::vector<float>& odb_SubFieldData::Mises() {
+const odb_Run<float>& odb_SubFieldData::Mises() {
   Load();
   if (!m_misesBuilt) {
-    m_mises.assign(Locations(), 0.0f);
-    if (store_TensorComponentCount(type) > 0)
-      store_MisesBlock(type, data.data(), static_cast<long>(m_mises.size()), m_mises.data());
+    m_mises.Resize(Locations());  // store_MisesBlock sets every value, 0 for non-tensors
+    store_MisesBlock(type, data.data(), static_cast<long>(m_mises.size()), m_mises.data());
     m_misesBuilt = true;
   }
   return m_mises;

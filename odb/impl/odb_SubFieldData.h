@@ -17,17 +17,14 @@
 #include "odb_SectionPoint.h"
 #include "odb_String.h"
 #include "store_Field.h"
+#include "store_LargeAllocator.h"
 
 class store_Database;
 
-// Memory for large runs: aligned to 2 MiB and marked for huge pages where the system offers them,
-// so that filling a run of tens of megabytes from the file takes a few page faults instead of one
-// per 4 KiB page (the faults, not the copy, were most of the time of reading a field).
-void* odb_AllocateRun(std::size_t bytes);
-void odb_FreeRun(void* p);
-
 // An owned run of values that is not cleared when sized: a block read from the file is written
-// over at once, and clearing tens of megabytes first would cost as much as the read.
+// over at once, and clearing tens of megabytes first would cost as much as the read. Large runs
+// get huge pages (store_LargeAllocator): the page faults of filling fresh memory, not the copy,
+// were most of the time of reading a field.
 template <class T>
 class odb_Run {
  public:
@@ -40,7 +37,7 @@ class odb_Run {
     Swap(moved);
     return *this;
   }
-  ~odb_Run() { odb_FreeRun(m_values); }
+  ~odb_Run() { store_FreeLarge(m_values); }
 
   std::size_t size() const { return m_size; }
   bool empty() const { return m_size == 0; }
@@ -51,9 +48,9 @@ class odb_Run {
   // Sizes the run; the first min(old, new) values are kept, the others are undefined.
   void Resize(std::size_t n) {
     if (n > m_capacity) {
-      T* grown = static_cast<T*>(odb_AllocateRun(n * sizeof(T)));
+      T* grown = static_cast<T*>(store_AllocateLarge(n * sizeof(T)));
       for (std::size_t i = 0; i < m_size; ++i) grown[i] = m_values[i];
-      odb_FreeRun(m_values);
+      store_FreeLarge(m_values);
       m_values = grown;
       m_capacity = n;
     }
@@ -114,12 +111,12 @@ struct odb_SubFieldData {
   const std::vector<int>& ElementLabels();
   const std::vector<int>& NodeLabels();
   const std::vector<int>& IntegrationPoints();
-  const std::vector<float>& Mises();
+  const odb_Run<float>& Mises();
 
  private:
   std::size_t m_unreadLocations = 0;
   std::vector<int> m_elementLabels, m_nodeLabels, m_integrationPoints;
-  std::vector<float> m_mises;
+  odb_Run<float> m_mises;
   bool m_elementLabelsBuilt = false, m_nodeLabelsBuilt = false, m_pointsBuilt = false,
        m_misesBuilt = false;
 };

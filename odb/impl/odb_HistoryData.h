@@ -1,0 +1,75 @@
+// odb_HistoryData: what the handles of history outputs and regions share, and the step's side of
+// history regions; internal.
+//
+// An attached output keeps its pairs in the store's series (saved blocks plus unsaved pairs); a
+// detached one keeps them here, in memory, shared read-only with the data() views handed out.
+#ifndef ODB_HISTORYDATA_H
+#define ODB_HISTORYDATA_H
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "odb_HistoryOutput.h"
+#include "odb_HistoryPoint.h"
+#include "odb_HistoryRegion.h"
+#include "store_Database.h"
+#include "store_History.h"
+
+struct odb_StepData;
+
+// (time, value) pairs held in memory.
+struct odb_HistoryPairs {
+  store_LargeVector<double> times;
+  store_LargeVector<float> values;
+};
+
+struct odb_HistoryOutputData {
+  odb_String name;
+  odb_String description;
+  odb_Enum::odb_DataTypeEnum type = odb_Enum::SCALAR;
+  // Attached outputs: the database and the series; detached ones have neither.
+  std::shared_ptr<store_Database> store;
+  std::shared_ptr<store_HistorySeries> series;
+  // Detached outputs: their pairs and conjugate pairs.
+  std::shared_ptr<const odb_HistoryPairs> pairs = std::make_shared<odb_HistoryPairs>();
+  std::shared_ptr<const odb_HistoryPairs> conjugate = std::make_shared<odb_HistoryPairs>();
+};
+
+struct odb_HistoryRegionData {
+  odb_String name;
+  odb_String description;
+  odb_HistoryPoint point;
+  odb_LoadCase loadCase;
+  // Attached regions: the database and the region's row; orphans have no store.
+  std::shared_ptr<store_Database> store;
+  std::int64_t id = 0;
+  bool outputsRead = false;
+  odb_HistoryOutputRepository outputs;
+
+  // Reads the stored outputs once (attached regions only).
+  void ReadOutputs();
+};
+
+// Builds points from their stored form and back.
+struct odb_HistoryPointAccess {
+  // Throws "Unknown History Output position." for a kind this release does not write.
+  static odb_HistoryPoint FromRecord(const store_HistoryPointRecord& record);
+  static store_HistoryPointRecord ToRecord(const odb_HistoryPoint& point);
+  // The point with `instance` as its instance.
+  static void SetInstance(odb_HistoryPoint& point, const odb_Instance& instance);
+  // Whether the point's texts need an instance it does not have (a node or element point).
+  static bool LacksInstance(const odb_HistoryPoint& point);
+  // An instance handle that knows its name only, for points read back or resolved by name.
+  static odb_Instance NamedInstance(const odb_String& name);
+};
+
+// The step's history regions, read from the file once.
+void odb_ReadHistoryRegions(odb_StepData& step);
+// Stores a new region of the step and records it; see odb_Step::HistoryRegion.
+odb_HistoryRegion& odb_AddHistoryRegion(odb_StepData& step, const odb_String& name,
+                                        const odb_String& description,
+                                        const odb_HistoryPoint& point,
+                                        const odb_LoadCase& loadCase);
+
+#endif
