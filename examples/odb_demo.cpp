@@ -1,9 +1,12 @@
 // The example program: creates a database, writes the mesh of a cantilever beam (hexahedra, a
-// fixed-end node set, a loaded-end surface, a material and a section) and two steps of frames,
-// saves, reopens it read-only and prints what it finds.
+// fixed-end node set, a loaded-end surface, a material and a section) and two steps of frames
+// with the displacement U and the stress S of a tip load by beam theory, and the tip deflection as
+// history; saves, reopens it read-only and prints what it finds, with the largest Mises stress.
 //
 //   odb_demo [path]      (default: demo.odb in the working folder)
+#include <cmath>
 #include <cstdio>
+#include <vector>
 
 #include "odb_API.h"
 
@@ -62,11 +65,63 @@ void WriteMesh(odb_Odb& odb) {
   instance.Surface("TIP", tipElements, tipFaces);
 }
 
+// Beam theory for a tip load P on the cantilever: length 10, square section of side 1, E = 210000.
+const double kLength = 10.0, kE = 210000.0, kI = 1.0 / 12.0;
+
+double Deflection(double x, double load) {
+  return -load * x * x * (3 * kLength - x) / (6 * kE * kI);
+}
+
+// The bending stress at (x, y); the neutral axis is at y = 0.5.
+double BendingStress(double x, double y, double load) {
+  return load * (kLength - x) * (y - 0.5) / kI;
+}
+
+// U at every node (sequence form) and S at the 8 integration points of every element (the flat
+// bulk form a solver would use) for one frame.
+void WriteResults(odb_Frame frame, odb_Instance& instance, double load) {
+  odb_SequenceInt nodes;
+  odb_SequenceSequenceFloat u;
+  for (int k = 0; k <= kNz; ++k)
+    for (int j = 0; j <= kNy; ++j)
+      for (int i = 0; i <= kNx; ++i) {
+        nodes.append(NodeLabel(i, j, k));
+        float v[3] = {0.0f, float(Deflection(kLength * i / kNx, load)), 0.0f};
+        u.append(odb_SequenceFloat(v, 3));
+      }
+  frame.VectorOutput("U", "Spatial displacement", 3).addData(odb_Enum::NODAL, instance, nodes, u);
+
+  const double g = 1.0 / std::sqrt(3.0);  // Gauss points at -g and +g, first coordinate fastest
+  std::vector<int> elements;
+  std::vector<float> s;
+  for (int k = 0; k < kNz; ++k)
+    for (int j = 0; j < kNy; ++j)
+      for (int i = 0; i < kNx; ++i) {
+        elements.push_back(static_cast<int>(elements.size()) + 1);
+        for (int p = 0; p < 8; ++p) {
+          const double x = kLength / kNx * (i + (1 + (p % 2 ? g : -g)) / 2);
+          const double y = 1.0 / kNy * (j + (1 + (p / 2 % 2 ? g : -g)) / 2);
+          const float row[6] = {float(BendingStress(x, y, load)), 0, 0, 0, 0, 0};
+          s.insert(s.end(), row, row + 6);
+        }
+      }
+  frame.FieldOutput("S", "Stress components", odb_Enum::TENSOR_3D_FULL)
+      .addData(odb_Enum::INTEGRATION_POINT, instance, static_cast<int>(elements.size()),
+               elements.data(), static_cast<int>(s.size() / 6), 6, s.data());
+}
+
 void Write(const odb_String& path) {
   odb_Odb& odb = Odb("demo", "Cantilever beam", "A loaded cantilever, written by odb_demo", path);
   WriteMesh(odb);
   odb_Step& load = odb.Step("Load", "Apply the tip load", odb_Enum::TIME, 1.0, "", "*STATIC", 0.0);
-  for (int i = 1; i <= 4; ++i) load.Frame(i, 0.25 * i, "Increment " + odb_String(i));
+  odb_Instance& beam = odb.rootAssembly().instance("BEAM-1");
+  odb_HistoryPoint tip(beam.getNodeFromLabel(NodeLabel(kNx, 0, kNz)), beam);
+  odb_HistoryOutput& u2 = load.HistoryRegion("", "", tip).HistoryOutput("U2", "Tip deflection");
+  for (int i = 1; i <= 4; ++i) {
+    const double load = 100.0 * 0.25 * i;
+    WriteResults(odb.steps()["Load"].Frame(i, 0.25 * i, "Increment " + odb_String(i)), beam, load);
+    u2.addData(0.25 * i, Deflection(kLength, load));
+  }
   odb_Step& hold = odb.Step("Hold", "Hold the load", odb_Enum::TIME, 2.0, "Load", "*STATIC", 1.0);
   for (int i = 1; i <= 3; ++i) hold.Frame(i, 2.0 * i / 3.0, "Increment " + odb_String(i));
   saveOdb(odb);
@@ -104,6 +159,35 @@ void PrintMesh(odb_Odb& odb) {
   }
 }
 
+// The largest Mises stress over the frames of "Load", found from bulk data, and the history of
+// the tip deflection.
+void PrintResults(odb_Odb& odb) {
+  odb_Step& step = odb.steps()["Load"];
+  float best = -1;
+  int element = 0, point = 0, frameIndex = 0;
+  for (int f = 0; f < step.frames().size(); ++f) {
+    const odb_SequenceFieldBulkData& blocks = step.frames(f).fieldOutputs()["S"].bulkDataBlocks();
+    for (int b = 0; b < blocks.size(); ++b) {
+      const float* mises = blocks[b].mises();
+      for (int i = 0; i < blocks[b].length(); ++i)
+        if (mises[i] > best) {
+          best = mises[i];
+          element = blocks[b].elementLabels()[i];
+          point = blocks[b].integrationPoints()[i];
+          frameIndex = f;
+        }
+    }
+  }
+  std::printf("  largest Mises stress %.5g in element %d at integration point %d, frame %d (%s)\n",
+              best, element, point, frameIndex, step.frames(frameIndex).description().CStr());
+  for (odb_HistoryRegionRepositoryIT r(step.historyRegions()); !r.isDone(); r.next()) {
+    const odb_HistoryData u2 = r.currentValue().historyOutputs()["U2"].data();
+    std::printf("  %s (%s), U2 at t =", r.currentKey().CStr(), r.currentValue().description().CStr());
+    for (int i = 0; i < u2.size(); ++i) std::printf(" %.4g: %.4g", u2.time(i), u2.value(i));
+    std::printf("\n");
+  }
+}
+
 void Read(const odb_String& path) {
   odb_Odb& odb = openOdb(path, true);
   std::printf("Database %s\n  title: %s\n  description: %s\n", odb.path().CStr(),
@@ -118,6 +202,7 @@ void Read(const odb_String& path) {
       std::printf(" %.4g", step.frames(i).frameValue());
     std::printf("\n");
   }
+  PrintResults(odb);
   odb_Frame frame = odb.getFrame(1.6, odb_Enum::CLOSEST);
   std::printf("  nearest frame to analysis time 1.6: \"%s\", frame value %.4g\n",
               frame.description().CStr(), frame.frameValue());
