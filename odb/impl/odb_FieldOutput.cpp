@@ -95,30 +95,12 @@ void odb_FieldData::ReadBlocks() {
   for (const store_FieldBlockRecord& b : store_FieldBlocks(*store, id)) {
     std::shared_ptr<odb_SubFieldData> target;
     for (const auto& sub : subFields)
-      if (sub->position == b.position && odb_ToText(sub->instanceName) == b.instance &&
-          odb_ToText(sub->elementType) == b.elementType &&
-          odb_ToText(sub->sectionCategory) == b.sectionCategory &&
-          sub->sectionPoint.number() == b.sectionPoint && sub->complex == (b.conjugate != 0) &&
-          sub->orientationWidth == b.orientationWidth && sub->width == b.width)
-        target = sub;
+      if (sub->Holds(b)) target = sub;
     if (!target) {
-      target = std::make_shared<odb_SubFieldData>();
-      target->position = static_cast<odb_Enum::odb_ResultPositionEnum>(b.position);
-      target->type = type;
       const odb_String instance = odb_FromText(b.instance);
-      target->instanceName = instance;
-      if (asm_ && asm_->instances.isMember(instance)) target->instance = asm_->instances.get(instance);
-      target->elementType = odb_FromText(b.elementType);
-      target->sectionCategory = odb_FromText(b.sectionCategory);
-      if (b.sectionPoint >= 0)
-        target->sectionPoint =
-            odb_SectionPoint(b.sectionPoint, odb_FromText(b.sectionPointDescription));
-      target->setName = odb_FromText(b.setName);
-      target->width = b.width;
-      target->perLabel = b.perLabel;
-      target->orientationWidth = b.orientationWidth;
-      target->complex = b.conjugate != 0;
-      target->store = store;
+      const bool known = asm_ && asm_->instances.isMember(instance);
+      target = odb_SubFieldData::FromBlock(b, type, known ? asm_->instances.get(instance)
+                                                          : odb_Instance(), store);
       subFields.push_back(target);
     }
     target->AddBlock(b);

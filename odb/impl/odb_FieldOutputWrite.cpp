@@ -196,27 +196,8 @@ std::vector<float> GatherOrientations(const Input& in, const Group& g) {
 std::shared_ptr<odb_SubFieldData> SubFieldFor(odb_FieldData& field, const odb_Instance& instance,
                                               const store_FieldBlockRecord& b) {
   for (const auto& sub : field.subFields)
-    if (sub->position == b.position && odb_ToText(sub->instanceName) == b.instance &&
-        odb_ToText(sub->elementType) == b.elementType &&
-        odb_ToText(sub->sectionCategory) == b.sectionCategory &&
-        sub->sectionPoint.number() == b.sectionPoint && sub->complex == (b.conjugate != 0) &&
-        sub->orientationWidth == b.orientationWidth && sub->width == b.width)
-      return sub;
-  auto sub = std::make_shared<odb_SubFieldData>();
-  sub->position = static_cast<odb_Enum::odb_ResultPositionEnum>(b.position);
-  sub->type = field.type;
-  sub->instance = instance;
-  sub->instanceName = odb_FromText(b.instance);
-  sub->elementType = odb_FromText(b.elementType);
-  sub->sectionCategory = odb_FromText(b.sectionCategory);
-  if (b.sectionPoint >= 0)
-    sub->sectionPoint = odb_SectionPoint(b.sectionPoint, odb_FromText(b.sectionPointDescription));
-  sub->setName = odb_FromText(b.setName);
-  sub->width = b.width;
-  sub->perLabel = b.perLabel;
-  sub->orientationWidth = b.orientationWidth;
-  sub->complex = b.conjugate != 0;
-  sub->store = field.store;
+    if (sub->Holds(b)) return sub;
+  auto sub = odb_SubFieldData::FromBlock(b, field.type, instance, field.store);
   field.subFields.push_back(sub);
   return sub;
 }

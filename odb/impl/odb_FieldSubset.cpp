@@ -5,18 +5,7 @@
 std::shared_ptr<odb_SubFieldData> odb_PickLocations(odb_SubFieldData& sub,
                                                     const std::vector<int>& keep) {
   sub.Load();
-  auto out = std::make_shared<odb_SubFieldData>();
-  out->position = sub.position;
-  out->type = sub.type;
-  out->instance = sub.instance;
-  out->instanceName = sub.instanceName;
-  out->elementType = sub.elementType;
-  out->sectionCategory = sub.sectionCategory;
-  out->sectionPoint = sub.sectionPoint;
-  out->setName = sub.setName;
-  out->width = sub.width;
-  out->orientationWidth = sub.orientationWidth;
-  out->complex = sub.complex;
+  auto out = odb_SubFieldData::SameIdentity(sub);
   const std::vector<int>& elements = sub.ElementLabels();
   const std::vector<int>& nodes = sub.NodeLabels();
   const std::vector<int>& points = sub.IntegrationPoints();

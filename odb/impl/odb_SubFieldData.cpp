@@ -2,6 +2,7 @@
 
 
 #include "odb_EntityData.h"
+#include "odb_Util.h"
 #include "store_Database.h"
 #include "store_Mesh.h"
 #include "store_Tensor.h"
@@ -18,6 +19,53 @@ void ReadInto(store_Database& db, std::int64_t id, odb_Run<T>& out, std::size_t 
 }
 
 }  // namespace
+
+std::shared_ptr<odb_SubFieldData> odb_SubFieldData::FromBlock(const store_FieldBlockRecord& b,
+                                                              odb_Enum::odb_DataTypeEnum type,
+                                                              const odb_Instance& instance,
+                                                              std::shared_ptr<store_Database> store) {
+  auto sub = std::make_shared<odb_SubFieldData>();
+  sub->position = static_cast<odb_Enum::odb_ResultPositionEnum>(b.position);
+  sub->type = type;
+  sub->instance = instance;
+  sub->instanceName = odb_FromText(b.instance);
+  sub->elementType = odb_FromText(b.elementType);
+  sub->sectionCategory = odb_FromText(b.sectionCategory);
+  if (b.sectionPoint >= 0)
+    sub->sectionPoint = odb_SectionPoint(b.sectionPoint, odb_FromText(b.sectionPointDescription));
+  sub->setName = odb_FromText(b.setName);
+  sub->width = b.width;
+  sub->perLabel = b.perLabel;
+  sub->orientationWidth = b.orientationWidth;
+  sub->complex = b.conjugate != 0;
+  sub->store = std::move(store);
+  return sub;
+}
+
+std::shared_ptr<odb_SubFieldData> odb_SubFieldData::SameIdentity(const odb_SubFieldData& source) {
+  auto sub = std::make_shared<odb_SubFieldData>();
+  sub->position = source.position;
+  sub->type = source.type;
+  sub->instance = source.instance;
+  sub->instanceName = source.instanceName;
+  sub->elementType = source.elementType;
+  sub->sectionCategory = source.sectionCategory;
+  sub->sectionPoint = source.sectionPoint;
+  sub->setName = source.setName;
+  sub->width = source.width;
+  sub->perLabel = source.perLabel;
+  sub->orientationWidth = source.orientationWidth;
+  sub->complex = source.complex;
+  return sub;
+}
+
+bool odb_SubFieldData::Holds(const store_FieldBlockRecord& b) const {
+  return position == b.position && odb_ToText(instanceName) == b.instance &&
+         odb_ToText(elementType) == b.elementType &&
+         odb_ToText(sectionCategory) == b.sectionCategory &&
+         sectionPoint.number() == b.sectionPoint && complex == (b.conjugate != 0) &&
+         orientationWidth == b.orientationWidth && width == b.width;
+}
 
 void odb_SubFieldData::AddBlock(const store_FieldBlockRecord& block) {
   unread.push_back(block);

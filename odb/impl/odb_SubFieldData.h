@@ -95,6 +95,16 @@ struct odb_SubFieldData {
   // For subsets: the positions in the source sub-field of the locations kept.
   std::vector<int> subsetIndices;
 
+  // A stored sub-field whose identity is that of block `b`, of a field of `type`; no blocks yet.
+  static std::shared_ptr<odb_SubFieldData> FromBlock(const store_FieldBlockRecord& b,
+                                                     odb_Enum::odb_DataTypeEnum type,
+                                                     const odb_Instance& instance,
+                                                     std::shared_ptr<store_Database> store);
+  // A sub-field in memory of the same identity as `source`, holding nothing yet.
+  static std::shared_ptr<odb_SubFieldData> SameIdentity(const odb_SubFieldData& source);
+  // Whether block `b` belongs to this sub-field.
+  bool Holds(const store_FieldBlockRecord& b) const;
+
   // Reads the blocks not read yet.
   void Load();
   // A stored block of this sub-field, added after its first ones.
