@@ -358,9 +358,11 @@ void odb_FieldOutput::addData(odb_Enum::odb_ResultPositionEnum position,
                               int orientationCount, int orientationWidth,
                               const float* orientations) {
   const odb_Instance target = FindInstance(*m_data, instance);
-  if (labelCount < 0 || locationCount < 0 || width < 0 || (locationCount > 0 && !data) ||
-      (labelCount > 0 && !labels) || orientationCount < 0 || (orientationCount > 0 && !orientations))
-    odb_ThrowMessage("addData() was given a negative count or a missing array.", kSource, 383);
+  if (labelCount < 0 || locationCount < 0 || width < 0 || orientationCount < 0 ||
+      (labelCount > 0 && !labels))
+    odb_ThrowMessage("addData() was given a negative count or no labels.", kSource, 383);
+  if (locationCount > 0 && !data) Fail(odb_FieldOutput_FEW_DATA, {}, 385);
+  if (orientationCount > 0 && !orientations) Fail(odb_FieldOutput_FEW_CSYS, {}, 386);
   Input in;
   in.position = position;
   in.labels = labels;

@@ -115,6 +115,15 @@ TEST_F(FieldRead, BulkFormWritesLikeTheSequenceForm) {
             "Length of data sequence incorrect. Data at 16 locations expected. Data at 15 "
             "locations provided. Element data request failed. Element type is C3D8. Data at 8 "
             "integration points per element expected.");
+  EXPECT_EQ(MessageOf([&] {
+              s.addData(odb_Enum::INTEGRATION_POINT, *m_instance, 2, labels, 16, 6, nullptr);
+            }),
+            "Insufficient data sequences provided.");
+  EXPECT_EQ(MessageOf([&] {
+              s.addData(odb_Enum::INTEGRATION_POINT, *m_instance, 2, labels, 16, 6, data.data(),
+                        odb_SectionPoint(), nullptr, 16, 4, nullptr);
+            }),
+            "Insufficient coordSystem sequences provided.");
   const odb_FieldBulkData& block = s.bulkDataBlocks()[0];
   ASSERT_EQ(block.length(), 16);
   EXPECT_EQ(block.numberOfElements(), 2);
