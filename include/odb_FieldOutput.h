@@ -103,6 +103,14 @@ class odb_FieldOutput {
   // per element and node, or per element or node), in the order of the labels. Optional: the
   // section point of the data; one orientation (2 or 4 floats) for all values or one per value
   // (tensors only); the conjugate (imaginary) parts, one sequence per data sequence.
+  // Checks, in order: orphan, instance, conjugate count, orientation on a scalar, vector or
+  // matrix field, position, labels the instance lacks, section point; then per group (element
+  // type and section category, in order of first appearance) the number of rows and the row
+  // widths. A call of one group must bring exactly its rows; in a call of several groups each
+  // group takes the rows of its own elements, and rows left over are reported once all groups
+  // are written ("... N data sequences written from the M supplied ..."). For complex data the
+  // counts in the length message are doubled (value and conjugate). Each call's labels are
+  // recorded as the internal set "api_set N", N the number of blocks the step held before.
   void addData(odb_Enum::odb_ResultPositionEnum position, const odb_Instance& instance,
                const odb_SequenceInt& labels, const odb_SequenceSequenceFloat& data,
                const odb_SectionPoint& sectionPoint = odb_SectionPoint(),
@@ -111,7 +119,9 @@ class odb_FieldOutput {
   // The bulk form: `labelCount` labels; `locationCount` locations of `width` floats each in
   // `data`, row after row; `conjugateData` (same shape) may be null; `orientations` holds
   // `orientationCount` (0, 1 or locationCount) runs of `orientationWidth` (2 or 4) floats. Same
-  // checks and messages as the sequence form.
+  // checks and messages as the sequence form; a missing `data` or `orientations` array is refused
+  // with "Insufficient data sequences provided." or "Insufficient coordSystem sequences
+  // provided.".
   void addData(odb_Enum::odb_ResultPositionEnum position, const odb_Instance& instance,
                int labelCount, const int* labels, int locationCount, int width, const float* data,
                const odb_SectionPoint& sectionPoint = odb_SectionPoint(),
