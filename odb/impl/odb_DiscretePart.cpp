@@ -73,18 +73,25 @@ void odb_DiscretePart::addNodes(const odb_SequenceInt& labels,
   int n = labels.size();
   if (n == 0) Throw(odb_DiscretePart_NO_NODE_LABELS, 79);
   if (coordinates.size() != n) Throw(odb_DiscretePart_NODE_COUNT_MISMATCH, 80);
-  std::vector<double> table(static_cast<std::size_t>(n) * d);
-  for (int i = 0; i < n; ++i) {
-    const odb_SequenceFloat& row = coordinates[i];
-    if (row.size() != d)
-      Throw(odb_DiscretePart_NODE_DIMENSION, 85, {odb_String(d), odb_String(row.size())});
-    for (int k = 0; k < d; ++k) table[static_cast<std::size_t>(i) * d + k] = row[k];
-  }
+  for (int i = 0; i < n; ++i)
+    if (coordinates[i].size() != d)
+      Throw(odb_DiscretePart_NODE_DIMENSION, 85,
+            {odb_String(d), odb_String(coordinates[i].size())});
   std::vector<int> labelArray = odb_ToInts(labels);
+  std::vector<int> setLabels = nodeSetName.Empty() ? std::vector<int>() : labelArray;
   odb_EntityData& part = *m_data;
   part.Store();
-  Refused(part.mesh->mesh->AddNodes(labelArray, table, d), part.name);
-  MakeSetOf(part, nodeSetName, odb_Set::NODE_SET, labelArray);
+  // The rows go to the store a piece at a time, as float triples with z = 0 in planar parts.
+  auto rows = [&coordinates, d](int first, int count, float* out) {
+    for (int i = first; i < first + count; ++i, out += 3) {
+      const odb_SequenceFloat& row = coordinates[i];
+      out[0] = row[0];
+      out[1] = row[1];
+      out[2] = d == 3 ? row[2] : 0.0f;
+    }
+  };
+  Refused(part.mesh->mesh->AddNodes(std::move(labelArray), rows), part.name);
+  MakeSetOf(part, nodeSetName, odb_Set::NODE_SET, setLabels);
 }
 
 void odb_DiscretePart::addElements(const odb_SequenceInt& labels,
@@ -100,18 +107,20 @@ void odb_DiscretePart::addElements(const odb_SequenceInt& labels,
   if (width > odb_Element::kMaxNodes)
     Throw(odb_DiscretePart_TOO_MANY_NODES, 108,
           {odb_String(width), odb_String(odb_Element::kMaxNodes)});
-  std::vector<int> table(static_cast<std::size_t>(n) * width);
-  for (int i = 0; i < n; ++i) {
-    const odb_SequenceInt& row = connectivity[i];
-    for (int k = 0; k < width; ++k) table[static_cast<std::size_t>(i) * width + k] = row[k];
-  }
   std::vector<int> labelArray = odb_ToInts(labels);
+  std::vector<int> setLabels = elementSetName.Empty() ? std::vector<int>() : labelArray;
   odb_EntityData& part = *m_data;
   part.Store();
-  Refused(part.mesh->mesh->AddElements(labelArray, table, width, type.CStr(),
+  auto rows = [&connectivity, width](int first, int count, int* out) {
+    for (int i = first; i < first + count; ++i, out += width) {
+      const odb_SequenceInt& row = connectivity[i];
+      for (int k = 0; k < width; ++k) out[k] = row[k];
+    }
+  };
+  Refused(part.mesh->mesh->AddElements(std::move(labelArray), width, rows, type.CStr(),
                                        sectionCategory.name().CStr()),
           part.name);
-  MakeSetOf(part, elementSetName, odb_Set::ELEMENT_SET, labelArray);
+  MakeSetOf(part, elementSetName, odb_Set::ELEMENT_SET, setLabels);
 }
 
 odb_Set& odb_DiscretePart::NodeSet(const odb_String& name, const odb_SequenceInt& nodeLabels) {
