@@ -274,11 +274,16 @@ store_MeshRefusal store_Mesh::AddElements(std::vector<int> labels, int nodesPerE
     // An unknown node outranks a duplicate label: look for one first, writing nothing.
     std::vector<int> piece;
     int rows = PieceRows(sizeof(int) * static_cast<std::size_t>(nodesPerElement));
-    for (int first = 0; first < count && !refusal; first += rows) {
-      int n = std::min(rows, count - first);
-      piece.resize(static_cast<std::size_t>(n) * nodesPerElement);
-      connectivity(first, n, piece.data());
-      known(piece.data(), first, n);
+    try {
+      for (int first = 0; first < count && !refusal; first += rows) {
+        int n = std::min(rows, count - first);
+        piece.resize(static_cast<std::size_t>(n) * nodesPerElement);
+        connectivity(first, n, piece.data());
+        known(piece.data(), first, n);
+      }
+    } catch (...) {
+      undo();
+      throw;
     }
     if (!refusal) {
       refusal.kind = store_MeshRefusal::kDuplicateElement;

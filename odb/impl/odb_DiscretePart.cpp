@@ -1,5 +1,6 @@
 #include "odb_DiscretePart.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "odb_EntityData.h"
@@ -64,6 +65,38 @@ void MakeSetOf(odb_EntityData& part, const odb_String& setName, odb_Set::Type ki
   part.CreateSet(setName, kind, labels, {});
 }
 
+// Copies the first `width` values of a row into `out`. A short row built by appending sits in
+// one block of its storage and is copied through one pointer; a million-row conversion is
+// bound by fetching the rows from memory, and this keeps it to that. Other rows go value by
+// value.
+template <class T>
+void CopyRow(const odb_Sequence<T>& row, int width, T* out) {
+  const auto& array = row.list().Array();
+  int head = array.HeadIndex(), shift = array.BlockShift(), b = head >> shift;
+  const auto* block = array.BlockAt(b);
+  if (block && width > 0 && ((head + width - 1) >> shift) == b) {
+    const T* first = block->elements + (head & ((1 << shift) - 1));
+    std::copy_n(first, width, out);
+    return;
+  }
+  for (int k = 0; k < width; ++k) out[k] = row[k];
+}
+
+// The row-length checks of an addition. The rows are checked as they are copied into the
+// store; when the store refuses an addition before reaching every row, or there is no store,
+// these run first, so a bad row is still reported ahead of any later refusal.
+void CheckDimensions(const odb_SequenceSequenceFloat& coordinates, int d) {
+  for (int i = 0; i < coordinates.size(); ++i)
+    if (coordinates[i].size() != d)
+      Throw(odb_DiscretePart_NODE_DIMENSION, 85,
+            {odb_String(d), odb_String(coordinates[i].size())});
+}
+
+void CheckLengths(const odb_SequenceSequenceInt& connectivity, int width) {
+  for (int i = 1; i < connectivity.size(); ++i)
+    if (connectivity[i].size() != width) Throw(odb_DiscretePart_CONNECTIVITY_LENGTHS, 105);
+}
+
 }  // namespace
 
 void odb_DiscretePart::addNodes(const odb_SequenceInt& labels,
@@ -73,24 +106,24 @@ void odb_DiscretePart::addNodes(const odb_SequenceInt& labels,
   int n = labels.size();
   if (n == 0) Throw(odb_DiscretePart_NO_NODE_LABELS, 79);
   if (coordinates.size() != n) Throw(odb_DiscretePart_NODE_COUNT_MISMATCH, 80);
-  for (int i = 0; i < n; ++i)
-    if (coordinates[i].size() != d)
-      Throw(odb_DiscretePart_NODE_DIMENSION, 85,
-            {odb_String(d), odb_String(coordinates[i].size())});
   std::vector<int> labelArray = odb_ToInts(labels);
   std::vector<int> setLabels = nodeSetName.Empty() ? std::vector<int>() : labelArray;
   odb_EntityData& part = *m_data;
+  if (!part.mesh) CheckDimensions(coordinates, d);
   part.Store();
   // The rows go to the store a piece at a time, as float triples with z = 0 in planar parts.
   auto rows = [&coordinates, d](int first, int count, float* out) {
     for (int i = first; i < first + count; ++i, out += 3) {
       const odb_SequenceFloat& row = coordinates[i];
-      out[0] = row[0];
-      out[1] = row[1];
-      out[2] = d == 3 ? row[2] : 0.0f;
+      if (row.size() != d)
+        Throw(odb_DiscretePart_NODE_DIMENSION, 85, {odb_String(d), odb_String(row.size())});
+      CopyRow(row, d, out);
+      if (d == 2) out[2] = 0.0f;
     }
   };
-  Refused(part.mesh->mesh->AddNodes(std::move(labelArray), rows), part.name);
+  store_MeshRefusal refusal = part.mesh->mesh->AddNodes(std::move(labelArray), rows);
+  if (refusal) CheckDimensions(coordinates, d);
+  Refused(refusal, part.name);
   MakeSetOf(part, nodeSetName, odb_Set::NODE_SET, setLabels);
 }
 
@@ -102,24 +135,27 @@ void odb_DiscretePart::addElements(const odb_SequenceInt& labels,
   if (n == 0) Throw(odb_DiscretePart_NO_ELEMENT_LABELS, 101);
   if (connectivity.size() != n) Throw(odb_DiscretePart_NO_CONNECTIVITY, 102);
   int width = connectivity[0].size();
-  for (int i = 1; i < n; ++i)
-    if (connectivity[i].size() != width) Throw(odb_DiscretePart_CONNECTIVITY_LENGTHS, 105);
-  if (width > odb_Element::kMaxNodes)
+  if (width > odb_Element::kMaxNodes) {
+    CheckLengths(connectivity, width);
     Throw(odb_DiscretePart_TOO_MANY_NODES, 108,
           {odb_String(width), odb_String(odb_Element::kMaxNodes)});
+  }
   std::vector<int> labelArray = odb_ToInts(labels);
   std::vector<int> setLabels = elementSetName.Empty() ? std::vector<int>() : labelArray;
   odb_EntityData& part = *m_data;
+  if (!part.mesh) CheckLengths(connectivity, width);
   part.Store();
   auto rows = [&connectivity, width](int first, int count, int* out) {
     for (int i = first; i < first + count; ++i, out += width) {
       const odb_SequenceInt& row = connectivity[i];
-      for (int k = 0; k < width; ++k) out[k] = row[k];
+      if (row.size() != width) Throw(odb_DiscretePart_CONNECTIVITY_LENGTHS, 105);
+      CopyRow(row, width, out);
     }
   };
-  Refused(part.mesh->mesh->AddElements(std::move(labelArray), width, rows, type.CStr(),
-                                       sectionCategory.name().CStr()),
-          part.name);
+  store_MeshRefusal refusal = part.mesh->mesh->AddElements(
+      std::move(labelArray), width, rows, type.CStr(), sectionCategory.name().CStr());
+  if (refusal) CheckLengths(connectivity, width);
+  Refused(refusal, part.name);
   MakeSetOf(part, elementSetName, odb_Set::ELEMENT_SET, setLabels);
 }
 
