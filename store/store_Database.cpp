@@ -1,5 +1,6 @@
 #include "store_Database.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -53,6 +54,8 @@ store_Database::~store_Database() {
 
 void store_Database::Close() {
   m_cache.reset();
+  if (m_logFile >= 0) ::close(m_logFile);
+  m_logFile = -1;
   if (!m_db) return;
   // Whatever was written since the last commit is discarded: the file stays as last saved.
   if (!m_readOnly) sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr);
@@ -145,6 +148,14 @@ std::string store_Database::CreationStampOf(const std::string& path) {
   } catch (const store_Error&) {
     return std::string();
   }
+}
+
+void store_Database::StartLogWriteback() {
+#ifdef __linux__
+  if (m_readOnly || !m_db) return;
+  if (m_logFile < 0) m_logFile = ::open((m_path + "-wal").c_str(), O_RDONLY | O_CLOEXEC);
+  if (m_logFile >= 0) ::sync_file_range(m_logFile, 0, 0, SYNC_FILE_RANGE_WRITE);
+#endif
 }
 
 void store_Database::Commit() {
@@ -313,6 +324,7 @@ void store_ArrayWriter::CloseChunk() {
 // before copying it again into pages.
 void store_ArrayWriter::NextChunk() {
   CloseChunk();
+  if (m_chunk >= 0) m_db.StartLogWriteback();
   ++m_chunk;
   m_chunkBytes = std::min(kChunkBytes, m_bytes - m_written);
   m_chunkWritten = 0;
