@@ -65,21 +65,31 @@ void MakeSetOf(odb_EntityData& part, const odb_String& setName, odb_Set::Type ki
   part.CreateSet(setName, kind, labels, {});
 }
 
-// Copies the first `width` values of a row into `out`. A short row built by appending sits in
-// one block of its storage and is copied through one pointer; a million-row conversion is
-// bound by fetching the rows from memory, and this keeps it to that. Other rows go value by
-// value.
+// Copies the first `n` values of a sequence into `out` a block of its storage at a time: the
+// values of a block sit side by side, and a block never written reads as zeros, as it does
+// value by value. Converting a million short rows is bound by fetching them from memory; this
+// keeps it to that.
 template <class T>
-void CopyRow(const odb_Sequence<T>& row, int width, T* out) {
-  const auto& array = row.list().Array();
-  int head = array.HeadIndex(), shift = array.BlockShift(), b = head >> shift;
-  const auto* block = array.BlockAt(b);
-  if (block && width > 0 && ((head + width - 1) >> shift) == b) {
-    const T* first = block->elements + (head & ((1 << shift) - 1));
-    std::copy_n(first, width, out);
-    return;
+void CopyValues(const odb_Sequence<T>& values, int n, T* out) {
+  const auto& array = values.list().Array();
+  int shift = array.BlockShift(), size = 1 << shift;
+  for (int pos = array.HeadIndex(), end = pos + n; pos < end;) {
+    int offset = pos & (size - 1), run = std::min(size - offset, end - pos);
+    const auto* block = array.BlockAt(pos >> shift);
+    if (block)
+      std::copy_n(block->elements + offset, run, out);
+    else
+      std::fill_n(out, run, T());
+    out += run;
+    pos += run;
   }
-  for (int k = 0; k < width; ++k) out[k] = row[k];
+}
+
+template <class T>
+std::vector<int> Values(const odb_Sequence<T>& values) {
+  std::vector<int> out(static_cast<std::size_t>(values.size()));
+  CopyValues(values, values.size(), out.data());
+  return out;
 }
 
 // The row-length checks of an addition. The rows are checked as they are copied into the
@@ -106,7 +116,7 @@ void odb_DiscretePart::addNodes(const odb_SequenceInt& labels,
   int n = labels.size();
   if (n == 0) Throw(odb_DiscretePart_NO_NODE_LABELS, 79);
   if (coordinates.size() != n) Throw(odb_DiscretePart_NODE_COUNT_MISMATCH, 80);
-  std::vector<int> labelArray = odb_ToInts(labels);
+  std::vector<int> labelArray = Values(labels);
   std::vector<int> setLabels = nodeSetName.Empty() ? std::vector<int>() : labelArray;
   odb_EntityData& part = *m_data;
   if (!part.mesh) CheckDimensions(coordinates, d);
@@ -117,7 +127,7 @@ void odb_DiscretePart::addNodes(const odb_SequenceInt& labels,
       const odb_SequenceFloat& row = coordinates[i];
       if (row.size() != d)
         Throw(odb_DiscretePart_NODE_DIMENSION, 85, {odb_String(d), odb_String(row.size())});
-      CopyRow(row, d, out);
+      CopyValues(row, d, out);
       if (d == 2) out[2] = 0.0f;
     }
   };
@@ -140,7 +150,7 @@ void odb_DiscretePart::addElements(const odb_SequenceInt& labels,
     Throw(odb_DiscretePart_TOO_MANY_NODES, 108,
           {odb_String(width), odb_String(odb_Element::kMaxNodes)});
   }
-  std::vector<int> labelArray = odb_ToInts(labels);
+  std::vector<int> labelArray = Values(labels);
   std::vector<int> setLabels = elementSetName.Empty() ? std::vector<int>() : labelArray;
   odb_EntityData& part = *m_data;
   if (!part.mesh) CheckLengths(connectivity, width);
@@ -149,7 +159,7 @@ void odb_DiscretePart::addElements(const odb_SequenceInt& labels,
     for (int i = first; i < first + count; ++i, out += width) {
       const odb_SequenceInt& row = connectivity[i];
       if (row.size() != width) Throw(odb_DiscretePart_CONNECTIVITY_LENGTHS, 105);
-      CopyRow(row, width, out);
+      CopyValues(row, width, out);
     }
   };
   store_MeshRefusal refusal = part.mesh->mesh->AddElements(
