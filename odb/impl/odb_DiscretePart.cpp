@@ -6,6 +6,7 @@
 #include "odb_EntityData.h"
 #include "odb_Exception.h"
 #include "odb_Instance.h"
+#include "odb_MeshRows.h"
 #include "odb_Message.h"
 
 const uti_LabelRow<odb_DiscretePartEnm> uti_LabelTable<odb_DiscretePartEnm, 1>::rows[] = {
@@ -122,14 +123,21 @@ void odb_DiscretePart::addNodes(const odb_SequenceInt& labels,
   if (!part.mesh) CheckDimensions(coordinates, d);
   part.Store();
   // The rows go to the store a piece at a time, as float triples with z = 0 in planar parts.
-  auto rows = [&coordinates, d](int first, int count, float* out) {
-    for (int i = first; i < first + count; ++i, out += 3) {
-      const odb_SequenceFloat& row = coordinates[i];
-      if (row.size() != d)
-        Throw(odb_DiscretePart_NODE_DIMENSION, 85, {odb_String(d), odb_String(row.size())});
-      CopyValues(row, d, out);
-      if (d == 2) out[2] = 0.0f;
-    }
+  odb_MeshRows split(n);
+  auto rows = [&](int first, int count, float* out) {
+    int bad = split.Run(first, count, [&](int from, int to) {
+      float* at = out + 3 * static_cast<std::size_t>(from - first);
+      for (int i = from; i < to; ++i, at += 3) {
+        const odb_SequenceFloat& row = coordinates[i];
+        if (row.size() != d) return i;
+        CopyValues(row, d, at);
+        if (d == 2) at[2] = 0.0f;
+      }
+      return -1;
+    });
+    if (bad >= 0)
+      Throw(odb_DiscretePart_NODE_DIMENSION, 85,
+            {odb_String(d), odb_String(coordinates[bad].size())});
   };
   store_MeshRefusal refusal = part.mesh->mesh->AddNodes(std::move(labelArray), rows);
   if (refusal) CheckDimensions(coordinates, d);
@@ -155,12 +163,18 @@ void odb_DiscretePart::addElements(const odb_SequenceInt& labels,
   odb_EntityData& part = *m_data;
   if (!part.mesh) CheckLengths(connectivity, width);
   part.Store();
-  auto rows = [&connectivity, width](int first, int count, int* out) {
-    for (int i = first; i < first + count; ++i, out += width) {
-      const odb_SequenceInt& row = connectivity[i];
-      if (row.size() != width) Throw(odb_DiscretePart_CONNECTIVITY_LENGTHS, 105);
-      CopyValues(row, width, out);
-    }
+  odb_MeshRows split(n);
+  auto rows = [&](int first, int count, int* out) {
+    int bad = split.Run(first, count, [&](int from, int to) {
+      int* at = out + static_cast<std::size_t>(from - first) * width;
+      for (int i = from; i < to; ++i, at += width) {
+        const odb_SequenceInt& row = connectivity[i];
+        if (row.size() != width) return i;
+        CopyValues(row, width, at);
+      }
+      return -1;
+    });
+    if (bad >= 0) Throw(odb_DiscretePart_CONNECTIVITY_LENGTHS, 105);
   };
   store_MeshRefusal refusal = part.mesh->mesh->AddElements(
       std::move(labelArray), width, rows, type.CStr(), sectionCategory.name().CStr());

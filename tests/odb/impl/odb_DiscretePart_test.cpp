@@ -64,6 +64,28 @@ TEST_F(PartNodes, ABadRowOutranksADuplicateLabelBeforeIt) {
   EXPECT_EQ(part.nodes().size(), 2);
 }
 
+TEST_F(PartNodes, ALargeAdditionReportsItsFirstBadRowAndStoresItsCoordinates) {
+  odb_DiscretePart& part = m_odb->DiscretePart("P", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
+  const int n = 100000;  // converted on two threads
+  odb_SequenceInt labels;
+  odb_SequenceSequenceFloat points;
+  for (int i = 0; i < n; ++i) {
+    labels.append(i + 1);
+    points.append(Points({{float(i), 0.5f, -float(i)}})[0]);
+  }
+  odb_SequenceSequenceFloat bad = points;
+  bad.get(n - 3) = Points({{1, 2, 3, 4}})[0];
+  bad.get(n - 2) = Points({{1}})[0];
+  EXPECT_EQ(MessageOf([&] { part.addNodes(labels, bad); }),
+            "Node location specification does not correspond to part dimension. 3 floats "
+            "expected; 4 floats received.");
+  EXPECT_EQ(part.nodes().size(), 0);
+  part.addNodes(labels, points);
+  odb_Node last = Reopen().parts().get("P").getNodeFromLabel(n);
+  EXPECT_EQ(last.coordinates()[0], float(n - 1));
+  EXPECT_EQ(last.coordinates()[2], -float(n - 1));
+}
+
 TEST_F(PartNodes, CoordinatesAreStoredAsThreeFloat32PerNode) {
   odb_DiscretePart& part =
       m_odb->DiscretePart("P", odb_Enum::TWO_D_PLANAR, odb_Enum::DEFORMABLE_BODY);
@@ -174,6 +196,15 @@ TEST_F(PartElements, AnUnknownNodeFarIntoALargeAdditionLeavesTheFileAsItWas) {
 
   rows = odb_SequenceSequenceInt();
   for (int i = 0; i < n; ++i) rows.append(Ints({6, 5, 2, 3}));
+  odb_SequenceInt many = labels;
+  odb_SequenceSequenceInt longRows = rows;
+  for (int i = 0; i < 30000; ++i) {  // past the size that is converted on two threads
+    many.append(100 + n + i);
+    longRows.append(Ints({6, 5, 2, 3}));
+  }
+  longRows.get(n + 20000) = Ints({6, 5, 2});
+  EXPECT_EQ(MessageOf([&] { part.addElements(many, longRows, "S4R"); }),
+            "Element connectivity arrays should be of same length.");
   part.addElements(labels, rows, "S4R", "MANY");
   odb_DiscretePart& back = Reopen().parts().get("PLATE");
   EXPECT_EQ(back.elements().size(), n + 2);
