@@ -120,20 +120,47 @@ Inputs ToSequences(const Mesh& m) {
   return in;
 }
 
-// Writes a part of the mesh into a new database and saves it; returns the seconds that
-// addNodes, addElements and saveOdb take (closing, which folds the log into the file, is not
-// counted).
-double WriteOdb(const Inputs& in, const std::string& path) {
+// The seconds of one write: each call, and closing (which folds the log into the file).
+struct WriteTimes {
+  double nodes = 0, elements = 0, save = 0, close = 0;
+  double Total() const { return nodes + elements + save; }
+};
+
+// Writes a part of the mesh into a new database, saves and closes it.
+WriteTimes WriteOdb(const Inputs& in, const std::string& path) {
   odb_Odb& odb = Odb("", "", "", path.c_str());
-  double seconds = Seconds([&] {
-    odb_DiscretePart& part =
-        odb.DiscretePart("BLOCK", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
-    part.addNodes(in.nodeLabels, in.coordinates);
-    part.addElements(in.elementLabels, in.connectivity, "C3D8R");
-    saveOdb(odb);
+  WriteTimes t;
+  odb_DiscretePart* part = nullptr;
+  t.nodes = Seconds([&] {
+    part = &odb.DiscretePart("BLOCK", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
+    part->addNodes(in.nodeLabels, in.coordinates);
   });
-  closeOdb(odb);
-  return seconds;
+  t.elements = Seconds([&] { part->addElements(in.elementLabels, in.connectivity, "C3D8R"); });
+  t.save = Seconds([&] { saveOdb(odb); });
+  t.close = Seconds([&] { closeOdb(odb); });
+  return t;
+}
+
+// Copies the values of short rows into a flat array, a storage block at a time.
+template <class T>
+void Flatten(const odb_Sequence<odb_Sequence<T>>& rows, std::vector<T>& out) {
+  std::size_t at = 0;
+  for (int i = 0; i < rows.size(); ++i) {
+    const auto& array = rows[i].list().Array();
+    int n = rows[i].size(), head = array.HeadIndex(), shift = array.BlockShift();
+    const T* values = array.BlockAt(head >> shift)->elements + (head & ((1 << shift) - 1));
+    std::copy_n(values, n, &out[at]);
+    at += n;
+  }
+}
+
+// The least time any writer of these inputs needs to read them: copying the nested rows into
+// flat arrays that already exist.
+double ReadInputs(const Inputs& in, Mesh& flat) {
+  return Best(3, [&] {
+    Flatten(in.coordinates, flat.coordinates);
+    Flatten(in.connectivity, flat.connectivity);
+  });
 }
 
 double Rate(double count, double seconds) {
@@ -192,10 +219,25 @@ int main(int argc, char** argv) {
   Inputs inputs = ToSequences(mesh);
   long before = StatusKb("VmRSS:");
   ResetPeakMemory();
-  double write = WriteOdb(inputs, path);
+  WriteTimes first = WriteOdb(inputs, path);
   long peak = StatusKb("VmHWM:");
-  std::printf("write      addNodes+addElements+saveOdb %.3f s, fwrite+fsync %.3f s: %.2fx\n", write,
-              raw, write / raw);
+  // Best of three, like the baseline; each run writes a new file.
+  WriteTimes best = first;
+  for (int i = 0; i < 2; ++i) {
+    WriteTimes t = WriteOdb(inputs, path);
+    if (t.Total() < best.Total()) best = t;
+  }
+  std::printf(
+      "write      addNodes+addElements+saveOdb %.3f s (first run %.3f s), fwrite+fsync %.3f s: "
+      "%.2fx\n",
+      best.Total(), first.Total(), raw, best.Total() / raw);
+  std::printf(
+      "           addNodes %.3f s, addElements %.3f s, saveOdb %.3f s; closeOdb after it %.3f s\n",
+      best.nodes, best.elements, best.save, best.close);
+  double reading = ReadInputs(inputs, mesh);
+  std::printf(
+      "           reading the nested rows into flat arrays alone: %.3f s (%.2fx the fwrite)\n",
+      reading, reading / raw);
   std::printf("memory     peak during the write %.1f MB above the inputs: %.2fx the arrays\n",
               (peak - before) / 1e3, (peak - before) * 1e3 / mesh.Bytes());
   inputs = Inputs();

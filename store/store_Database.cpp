@@ -1,8 +1,10 @@
 #include "store_Database.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
@@ -59,6 +61,8 @@ void store_Database::DiscardDeferred() {
 void store_Database::Close() {
   DiscardDeferred();
   m_cache.reset();
+  if (m_logFile >= 0) ::close(m_logFile);
+  m_logFile = -1;
   if (!m_db) return;
   // Whatever was written since the last commit is discarded: the file stays as last saved.
   if (!m_readOnly) sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr);
@@ -151,6 +155,14 @@ std::string store_Database::CreationStampOf(const std::string& path) {
   } catch (const store_Error&) {
     return std::string();
   }
+}
+
+void store_Database::StartLogWriteback() {
+#ifdef __linux__
+  if (m_readOnly || !m_db) return;
+  if (m_logFile < 0) m_logFile = ::open((m_path + "-wal").c_str(), O_RDONLY | O_CLOEXEC);
+  if (m_logFile >= 0) ::sync_file_range(m_logFile, 0, 0, SYNC_FILE_RANGE_WRITE);
+#endif
 }
 
 void store_Database::Commit() {
@@ -302,22 +314,73 @@ void store_Database::AddLoadCase(std::int64_t stepId, const std::string& name) {
 
 std::int64_t store_Database::PutArray(const std::string& kind, const void* data,
                                       std::size_t bytes) {
-  RequireWritable("write");
-  Sql("INSERT INTO array(kind, bytes) VALUES (?1, ?2)")
+  store_ArrayWriter writer(*this, kind, bytes);
+  writer.Write(data, bytes);
+  return writer.Finish();
+}
+
+store_ArrayWriter::store_ArrayWriter(store_Database& db, const std::string& kind, std::size_t bytes)
+    : m_db(db), m_bytes(bytes) {
+  db.Sql("INSERT INTO array(kind, bytes) VALUES (?1, ?2)")
       .Bind(1, kind)
       .Bind(2, static_cast<std::int64_t>(bytes))
       .Run();
-  std::int64_t id = sqlite3_last_insert_rowid(m_db);
+  m_id = sqlite3_last_insert_rowid(db.Connection());
+}
+
+store_ArrayWriter::~store_ArrayWriter() {
+  CloseChunk();
+}
+
+void store_ArrayWriter::CloseChunk() {
+  if (m_blob) sqlite3_blob_close(m_blob);
+  m_blob = nullptr;
+}
+
+// Each chunk is inserted as zeros of its final length and then filled through an incremental
+// blob handle: binding the bytes instead would make SQLite copy the whole chunk into a record
+// before copying it again into pages.
+void store_ArrayWriter::NextChunk() {
+  CloseChunk();
+  if (m_chunk >= 0) m_db.StartLogWriteback();
+  ++m_chunk;
+  m_chunkBytes = std::min(kChunkBytes, m_bytes - m_written);
+  m_chunkWritten = 0;
+  m_db.Sql("INSERT INTO array_chunk(array_id, chunk, data) VALUES (?1, ?2, zeroblob(?3))")
+      .Bind(1, m_id)
+      .Bind(2, m_chunk)
+      .Bind(3, static_cast<std::int64_t>(m_chunkBytes))
+      .Run();
+  sqlite3* db = m_db.Connection();
+  store_Check(db,
+              sqlite3_blob_open(db, "main", "array_chunk", "data", sqlite3_last_insert_rowid(db), 1,
+                                &m_blob),
+              "open an array chunk");
+}
+
+void store_ArrayWriter::Write(const void* data, std::size_t bytes) {
+  if (bytes > m_bytes - m_written)
+    throw store_Error("Array " + std::to_string(m_id) + " is longer than announced.");
   const char* at = static_cast<const char*>(data);
-  for (std::size_t offset = 0, chunk = 0; offset < bytes; offset += kChunkBytes, ++chunk) {
-    std::size_t n = bytes - offset < kChunkBytes ? bytes - offset : kChunkBytes;
-    Sql("INSERT INTO array_chunk(array_id, chunk, data) VALUES (?1, ?2, ?3)")
-        .Bind(1, id)
-        .Bind(2, static_cast<std::int64_t>(chunk))
-        .BindBlob(3, at + offset, static_cast<int>(n))
-        .Run();
+  while (bytes > 0) {
+    if (!m_blob || m_chunkWritten == m_chunkBytes) NextChunk();
+    std::size_t n = std::min(bytes, m_chunkBytes - m_chunkWritten);
+    store_Check(
+        m_db.Connection(),
+        sqlite3_blob_write(m_blob, at, static_cast<int>(n), static_cast<int>(m_chunkWritten)),
+        "write an array chunk");
+    at += n;
+    bytes -= n;
+    m_chunkWritten += n;
+    m_written += n;
   }
-  return id;
+}
+
+std::int64_t store_ArrayWriter::Finish() {
+  CloseChunk();
+  if (m_written != m_bytes)
+    throw store_Error("Array " + std::to_string(m_id) + " is shorter than announced.");
+  return m_id;
 }
 
 std::size_t store_Database::ArrayBytes(std::int64_t id) {

@@ -24,6 +24,7 @@
 #include "odb_Exceptions.h"
 
 struct sqlite3;
+struct sqlite3_blob;
 class store_Statement;
 class store_StatementCache;
 class store_Database;
@@ -126,7 +127,8 @@ class store_Database {
   void AddLoadCase(std::int64_t stepId, const std::string& name);
 
   // Bulk arrays: stored as chunked blobs of a few MB, never a row per value. `kind` says what
-  // the array holds (for readers of the file); the id is what owners record.
+  // the array holds (for readers of the file); the id is what owners record. Arrays produced on
+  // the fly are written with store_ArrayWriter instead, without a copy of the whole.
   std::int64_t PutArray(const std::string& kind, const void* data, std::size_t bytes);
   std::size_t ArrayBytes(std::int64_t id);
   // Reads the whole array into `out` (which must hold ArrayBytes(id) bytes).
@@ -136,6 +138,12 @@ class store_Database {
   // read-only database a statement that writes is refused.
   sqlite3* Connection() const { return m_db; }
   store_Statement Sql(const char* sql);
+
+  // Asks the system to start writing the log's pages to disk now, without waiting: a large
+  // transaction spills its pages to the log as it grows, and pages already on their way make
+  // the wait for the disk at Commit shorter. Durability is Commit's alone; this only moves work
+  // earlier. Does nothing where the system offers no such request.
+  void StartLogWriteback();
 
  private:
   store_Database(const std::string& path, bool readOnly);
@@ -149,6 +157,35 @@ class store_Database {
   sqlite3* m_db = nullptr;
   std::unique_ptr<store_StatementCache> m_cache;
   std::vector<std::shared_ptr<store_Deferred>> m_deferred;
+  int m_logFile = -1;  // the log, opened for StartLogWriteback
+};
+
+// Writes one bulk array piece by piece, straight into the file's chunks, so that a caller that
+// converts its data on the fly never holds the whole array. The pieces, in order, must add up to
+// the bytes announced; Finish() checks that and returns the array's id. A writer dropped before
+// Finish() leaves a partial array in the open transaction: callers that may stop early write
+// inside a savepoint and roll it back. Writing costs one copy of the bytes into the database's
+// pages and one statement per chunk.
+class store_ArrayWriter {
+ public:
+  store_ArrayWriter(store_Database& db, const std::string& kind, std::size_t bytes);
+  ~store_ArrayWriter();
+  store_ArrayWriter(const store_ArrayWriter&) = delete;
+  store_ArrayWriter& operator=(const store_ArrayWriter&) = delete;
+
+  void Write(const void* data, std::size_t bytes);
+  std::int64_t Finish();
+
+ private:
+  void NextChunk();
+  void CloseChunk();
+
+  store_Database& m_db;
+  std::int64_t m_id = 0;
+  std::size_t m_bytes = 0, m_written = 0;
+  std::int64_t m_chunk = -1;
+  std::size_t m_chunkBytes = 0, m_chunkWritten = 0;
+  sqlite3_blob* m_blob = nullptr;
 };
 
 #endif

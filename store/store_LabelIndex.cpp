@@ -78,3 +78,26 @@ int store_LabelIndex::FindHashed(int label) const {
     if (e.label == label) return e.position;
   }
 }
+
+std::ptrdiff_t store_LabelIndex::FirstMissing(const int* labels, std::size_t n) const {
+  if (m_form == Form::kConsecutive) {
+    // Runs of 64 labels are checked without a branch per label, so the loop vectorises; the
+    // run holding a missing label is searched again label by label.
+    const std::uint64_t count = static_cast<std::uint64_t>(m_count);
+    auto outside = [&](int label) {
+      return static_cast<std::uint64_t>(static_cast<std::int64_t>(label) - m_first) >= count;
+    };
+    for (std::size_t at = 0; at < n; at += 64) {
+      std::size_t end = std::min(n, at + 64);
+      bool any = false;
+      for (std::size_t i = at; i < end; ++i) any |= outside(labels[i]);
+      if (!any) continue;
+      for (std::size_t i = at; i < end; ++i)
+        if (outside(labels[i])) return static_cast<std::ptrdiff_t>(i);
+    }
+    return -1;
+  }
+  for (std::size_t i = 0; i < n; ++i)
+    if (Find(labels[i]) < 0) return static_cast<std::ptrdiff_t>(i);
+  return -1;
+}

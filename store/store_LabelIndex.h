@@ -10,6 +10,7 @@
 #ifndef STORE_LABELINDEX_H
 #define STORE_LABELINDEX_H
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -35,6 +36,9 @@ class store_LabelIndex {
     return -1;
   }
   int Size() const { return m_count; }
+  // The position in labels[0..n) of the first label that is not indexed, or -1 when all are:
+  // how a mesh checks the node labels of new elements, a piece at a time.
+  std::ptrdiff_t FirstMissing(const int* labels, std::size_t n) const;
 
  private:
   enum class Form { kConsecutive, kDirect, kHash };

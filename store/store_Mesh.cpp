@@ -15,10 +15,68 @@ void AppendArray(store_Database& db, std::int64_t id, std::vector<T>& out) {
   db.GetArray(id, out.data() + at);
 }
 
-template <class T>
-std::int64_t PutVector(store_Database& db, const char* kind, const std::vector<T>& values) {
-  return db.PutArray(kind, values.data(), values.size() * sizeof(T));
+// Rows are converted and written in pieces of about this many bytes: small enough to stay in
+// the processor's cache between being filled, checked and copied into the file.
+const std::size_t kPieceBytes = 256u << 10;
+
+int PieceRows(std::size_t rowBytes) {
+  return static_cast<int>(
+      std::max<std::size_t>(1, kPieceBytes / std::max<std::size_t>(1, rowBytes)));
 }
+
+// Writes `count` rows of `width` values of T, which `fill` produces a piece at a time, as a new
+// array of `kind`. `accept(piece, first, n)` sees each piece before it is written and stops the
+// write by returning false; the partial array is then the caller's to roll back. Returns whether
+// the whole array was written, its id in `id`.
+template <class T, class Fill, class Accept>
+bool WriteRows(store_Database& db, const char* kind, int count, int width, const Fill& fill,
+               const Accept& accept, std::int64_t& id) {
+  std::size_t rowBytes = sizeof(T) * static_cast<std::size_t>(width);
+  int rows = PieceRows(rowBytes);
+  std::vector<T> piece(static_cast<std::size_t>(std::min(rows, count)) * width);
+  store_ArrayWriter writer(db, kind, rowBytes * static_cast<std::size_t>(count));
+  for (int first = 0; first < count; first += rows) {
+    int n = std::min(rows, count - first);
+    fill(first, n, piece.data());
+    if (!accept(piece.data(), first, n)) return false;
+    writer.Write(piece.data(), rowBytes * static_cast<std::size_t>(n));
+  }
+  id = writer.Finish();
+  return true;
+}
+
+// Appends `from` to `to`, taking its storage when `to` is empty.
+void Append(std::vector<int>& to, std::vector<int>&& from) {
+  if (to.empty())
+    to = std::move(from);
+  else
+    to.insert(to.end(), from.begin(), from.end());
+}
+
+// Everything written while it lives is rolled back unless Release() is called.
+class Savepoint {
+ public:
+  explicit Savepoint(store_Database& db) : m_db(db) { m_db.Sql("SAVEPOINT mesh_addition").Run(); }
+  ~Savepoint() {
+    if (m_released) return;
+    try {
+      m_db.Sql("ROLLBACK TO mesh_addition").Run();
+      m_db.Sql("RELEASE mesh_addition").Run();
+    } catch (const store_Error&) {
+      // The transaction is already broken; its next use reports why.
+    }
+  }
+  Savepoint(const Savepoint&) = delete;
+  Savepoint& operator=(const Savepoint&) = delete;
+  void Release() {
+    m_db.Sql("RELEASE mesh_addition").Run();
+    m_released = true;
+  }
+
+ private:
+  store_Database& m_db;
+  bool m_released = false;
+};
 
 }  // namespace
 
@@ -46,7 +104,7 @@ const std::vector<int>& store_Mesh::NodeLabels() {
   return m_nodeLabels;
 }
 
-const std::vector<double>& store_Mesh::NodeCoordinates() {
+const std::vector<float>& store_Mesh::NodeCoordinates() {
   LoadNodeBlocks();
   if (!m_coordinatesRead) {
     m_coordinates.reserve(3 * m_nodeLabels.size());
@@ -139,11 +197,11 @@ const store_ElementBlock& store_Mesh::BlockOf(int position) {
   return *(after - 1);
 }
 
-store_MeshRefusal store_Mesh::AddNodes(const std::vector<int>& labels,
-                                       const std::vector<double>& coordinates, int dimension) {
+store_MeshRefusal store_Mesh::AddNodes(std::vector<int> labels, const store_NodeRows& coordinates) {
   LoadNodeBlocks();
-  std::size_t before = m_nodeLabels.size();
-  m_nodeLabels.insert(m_nodeLabels.end(), labels.begin(), labels.end());
+  int count = static_cast<int>(labels.size());
+  std::size_t before = m_nodeLabels.size(), coordinatesBefore = m_coordinates.size();
+  Append(m_nodeLabels, std::move(labels));
   store_MeshRefusal refusal;
   m_nodeIndexBuilt = false;
   if (!m_nodeIndex.Build(m_nodeLabels.data(), static_cast<int>(m_nodeLabels.size()),
@@ -153,81 +211,125 @@ store_MeshRefusal store_Mesh::AddNodes(const std::vector<int>& labels,
     return refusal;
   }
   try {
-    std::vector<double> padded;
-    if (dimension != 3) {
-      padded.assign(3 * labels.size(), 0.0);
-      for (std::size_t i = 0; i < labels.size(); ++i)
-        std::copy_n(&coordinates[i * dimension], dimension, &padded[3 * i]);
-    }
-    const std::vector<double>& xyz = dimension == 3 ? coordinates : padded;
-    std::int64_t labelArray = PutVector(*m_db, "node labels", labels);
-    std::int64_t coordinateArray = PutVector(*m_db, "node coordinates", xyz);
+    Savepoint savepoint(*m_db);
+    std::int64_t labelArray =
+        m_db->PutArray("node labels", m_nodeLabels.data() + before, sizeof(int) * count);
+    std::int64_t coordinateArray = 0;
+    WriteRows<float>(
+        *m_db, "node coordinates", count, 3, coordinates,
+        [&](const float* piece, int, int n) {
+          if (m_coordinatesRead) m_coordinates.insert(m_coordinates.end(), piece, piece + 3 * n);
+          return true;
+        },
+        coordinateArray);
     m_db->Sql(
             "INSERT INTO node_block(part_id, block, count, labels, coordinates) "
             "VALUES (?1, ?2, ?3, ?4, ?5)")
         .Bind(1, m_partId)
         .Bind(2, static_cast<int>(m_nodeLabelArrays.size()))
-        .Bind(3, static_cast<int>(labels.size()))
+        .Bind(3, count)
         .Bind(4, labelArray)
         .Bind(5, coordinateArray)
         .Run();
+    savepoint.Release();
     m_nodeLabelArrays.push_back(labelArray);
     m_coordinateArrays.push_back(coordinateArray);
-    if (m_coordinatesRead) m_coordinates.insert(m_coordinates.end(), xyz.begin(), xyz.end());
   } catch (...) {
     m_nodeLabels.resize(before);
-    m_nodeIndexBuilt = false;
+    if (m_coordinatesRead) m_coordinates.resize(coordinatesBefore);
     throw;
   }
   m_nodeIndexBuilt = true;
   return refusal;
 }
 
-store_MeshRefusal store_Mesh::AddElements(const std::vector<int>& labels,
-                                          const std::vector<int>& connectivity, int nodesPerElement,
+store_MeshRefusal store_Mesh::AddElements(std::vector<int> labels, int nodesPerElement,
+                                          const store_ElementRows& connectivity,
                                           const std::string& type,
                                           const std::string& sectionCategory) {
   LoadElementBlocks();
-  store_MeshRefusal refusal;
   const store_LabelIndex& nodes = NodeIndex();
-  for (std::size_t i = 0; i < connectivity.size(); ++i) {
-    if (nodes.Find(connectivity[i]) < 0) {
-      refusal.kind = store_MeshRefusal::kUnknownNode;
-      refusal.label = labels[i / nodesPerElement];
-      refusal.node = connectivity[i];
-      return refusal;
-    }
-  }
-  std::size_t before = m_elementLabels.size();
-  m_elementLabels.insert(m_elementLabels.end(), labels.begin(), labels.end());
-  m_elementIndexBuilt = false;
-  if (!m_elementIndex.Build(m_elementLabels.data(), static_cast<int>(m_elementLabels.size()),
-                            refusal.label)) {
-    refusal.kind = store_MeshRefusal::kDuplicateElement;
+  int count = static_cast<int>(labels.size());
+  std::size_t before = m_elementLabels.size(), connectivityBefore = m_connectivity.size();
+  Append(m_elementLabels, std::move(labels));
+  store_MeshRefusal refusal;
+  // Refuses a piece naming a node the part does not have.
+  auto known = [&](const int* piece, int first, int n) {
+    std::ptrdiff_t at = nodes.FirstMissing(piece, static_cast<std::size_t>(n) * nodesPerElement);
+    if (at < 0) return true;
+    refusal.kind = store_MeshRefusal::kUnknownNode;
+    refusal.label = m_elementLabels[before + first + at / nodesPerElement];
+    refusal.node = piece[at];
+    return false;
+  };
+  auto undo = [&] {
     m_elementLabels.resize(before);
+    m_elementIndexBuilt = false;
+    if (m_connectivityRead) m_connectivity.resize(connectivityBefore);
+  };
+  m_elementIndexBuilt = false;
+  int duplicate = 0;
+  if (!m_elementIndex.Build(m_elementLabels.data(), static_cast<int>(m_elementLabels.size()),
+                            duplicate)) {
+    // An unknown node outranks a duplicate label: look for one first, writing nothing.
+    std::vector<int> piece;
+    int rows = PieceRows(sizeof(int) * static_cast<std::size_t>(nodesPerElement));
+    try {
+      for (int first = 0; first < count && !refusal; first += rows) {
+        int n = std::min(rows, count - first);
+        piece.resize(static_cast<std::size_t>(n) * nodesPerElement);
+        connectivity(first, n, piece.data());
+        known(piece.data(), first, n);
+      }
+    } catch (...) {
+      undo();
+      throw;
+    }
+    if (!refusal) {
+      refusal.kind = store_MeshRefusal::kDuplicateElement;
+      refusal.label = duplicate;
+    }
+    undo();
     return refusal;
   }
   try {
-    std::int64_t labelArray = PutVector(*m_db, "element labels", labels);
-    std::int64_t connectivityArray = PutVector(*m_db, "element connectivity", connectivity);
+    Savepoint savepoint(*m_db);
+    std::int64_t labelArray =
+        m_db->PutArray("element labels", m_elementLabels.data() + before, sizeof(int) * count);
+    std::int64_t connectivityArray = 0;
+    bool written = WriteRows<int>(
+        *m_db, "element connectivity", count, nodesPerElement, connectivity,
+        [&](const int* piece, int first, int n) {
+          if (!known(piece, first, n)) return false;
+          if (m_connectivityRead)
+            m_connectivity.insert(m_connectivity.end(), piece,
+                                  piece + static_cast<std::size_t>(n) * nodesPerElement);
+          return true;
+        },
+        connectivityArray);
+    if (!written) {
+      undo();
+      return refusal;
+    }
     m_db->Sql(
             "INSERT INTO element_block(part_id, block, type, count, nodes_per_element, "
             "section_category, labels, connectivity) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)")
         .Bind(1, m_partId)
         .Bind(2, static_cast<int>(m_blocks.size()))
         .Bind(3, type)
-        .Bind(4, static_cast<int>(labels.size()))
+        .Bind(4, count)
         .Bind(5, nodesPerElement)
         .Bind(6, sectionCategory)
         .Bind(7, labelArray)
         .Bind(8, connectivityArray)
         .Run();
+    savepoint.Release();
     store_ElementBlock block;
     block.type = type;
     block.nodesPerElement = nodesPerElement;
     block.sectionCategory = sectionCategory;
     block.first = static_cast<int>(before);
-    block.count = static_cast<int>(labels.size());
+    block.count = count;
     block.connectivityStart =
         m_blocks.empty()
             ? 0
@@ -235,11 +337,8 @@ store_MeshRefusal store_Mesh::AddElements(const std::vector<int>& labels,
                   static_cast<std::size_t>(m_blocks.back().count) * m_blocks.back().nodesPerElement;
     m_blocks.push_back(block);
     m_connectivityArrays.push_back(connectivityArray);
-    if (m_connectivityRead)
-      m_connectivity.insert(m_connectivity.end(), connectivity.begin(), connectivity.end());
   } catch (...) {
-    m_elementLabels.resize(before);
-    m_elementIndexBuilt = false;
+    undo();
     throw;
   }
   m_elementIndexBuilt = true;

@@ -2,7 +2,7 @@
 // them once read.
 //
 // A part's mesh is stored in blocks, one per addition: a node block holds labels (int32) and
-// coordinates (three float64 per node, zero-padded in planar parts); an element block holds
+// coordinates (three float32 per node, zero-padded in planar parts); an element block holds
 // elements of one type and section category, their labels and their connectivity in node labels
 // (int32, nodes-per-element per element). Instances of the part share its store_Mesh: their
 // element data are never copied.
@@ -10,14 +10,16 @@
 // Each array is read on first use and kept (labels, coordinates, connectivity separately, so a
 // walk over the nodes never reads the elements), and the label indexes are built on first lookup.
 // Additions validate against what is stored before writing anything, write one block inside the
-// database's open transaction, and keep the label arrays in memory; the bulk arrays are read back
-// only when asked for, which keeps the memory of a large write near the size of its input.
+// database's open transaction, and keep the label arrays in memory. The bulk arrays are produced
+// by the caller a piece at a time, straight into the file's chunks, and read back only when
+// asked for, which keeps the memory of a large write near the size of its input.
 // Owned by shared_ptr by the part and its instances. One thread at a time.
 #ifndef STORE_MESH_H
 #define STORE_MESH_H
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -34,6 +36,11 @@ struct store_ElementBlock {
   int count = 0;                      // number of elements
   std::size_t connectivityStart = 0;  // offset of its first node label in Connectivity()
 };
+
+// Write rows [first, first + n) of an addition into `out`, row after row: three coordinates
+// per node, or the node labels of each element.
+using store_NodeRows = std::function<void(int first, int n, float* out)>;
+using store_ElementRows = std::function<void(int first, int n, int* out)>;
 
 // Why an addition was refused; nothing was written.
 struct store_MeshRefusal {
@@ -52,7 +59,7 @@ class store_Mesh {
   int NodeCount() { return static_cast<int>(NodeLabels().size()); }
   const std::vector<int>& NodeLabels();
   // Three coordinates per node, in node order.
-  const std::vector<double>& NodeCoordinates();
+  const std::vector<float>& NodeCoordinates();
   // The position of a node label, -1 when the part has no such node.
   int NodePosition(int label);
 
@@ -65,15 +72,16 @@ class store_Mesh {
   // The block holding the element at `position` (0 <= position < ElementCount()).
   const store_ElementBlock& BlockOf(int position);
 
-  // Adds nodes: `coordinates` holds `dimension` (2 or 3) values per node. Refuses duplicate
-  // labels, among the new ones or against the part's nodes.
-  store_MeshRefusal AddNodes(const std::vector<int>& labels, const std::vector<double>& coordinates,
-                             int dimension);
-  // Adds elements of one type: `connectivity` holds nodesPerElement node labels per element.
-  // Refuses duplicate element labels and node labels the part does not have.
-  store_MeshRefusal AddElements(const std::vector<int>& labels,
-                                const std::vector<int>& connectivity, int nodesPerElement,
-                                const std::string& type, const std::string& sectionCategory);
+  // Adds nodes: `coordinates` gives x y z per node (z = 0 in planar parts). Refuses duplicate
+  // labels, among the new ones or against the part's nodes, before writing anything.
+  store_MeshRefusal AddNodes(std::vector<int> labels, const store_NodeRows& coordinates);
+  // Adds elements of one type: `connectivity` gives nodesPerElement node labels per element.
+  // Refuses duplicate element labels and node labels the part does not have (reporting the
+  // first unknown node when there are both); the node labels are checked as they are written,
+  // and a refused or failed addition leaves nothing in the file.
+  store_MeshRefusal AddElements(std::vector<int> labels, int nodesPerElement,
+                                const store_ElementRows& connectivity, const std::string& type,
+                                const std::string& sectionCategory);
 
  private:
   void LoadNodeBlocks();
@@ -88,7 +96,7 @@ class store_Mesh {
   std::vector<std::int64_t> m_nodeLabelArrays, m_coordinateArrays;
   std::vector<int> m_nodeLabels;
   bool m_coordinatesRead = false;
-  std::vector<double> m_coordinates;
+  std::vector<float> m_coordinates;
   bool m_nodeIndexBuilt = false;
   store_LabelIndex m_nodeIndex;
 

@@ -81,7 +81,7 @@ CREATE TABLE node_block(
   block INTEGER NOT NULL,
   count INTEGER NOT NULL,
   labels INTEGER NOT NULL REFERENCES array(id),
-  coordinates INTEGER NOT NULL REFERENCES array(id),
+  coordinates INTEGER NOT NULL REFERENCES array(id), -- float32 x y z per node
   PRIMARY KEY(part_id, block)) WITHOUT ROWID;
 CREATE TABLE element_block(
   part_id INTEGER NOT NULL REFERENCES part(id),

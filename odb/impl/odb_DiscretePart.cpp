@@ -1,10 +1,12 @@
 #include "odb_DiscretePart.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "odb_EntityData.h"
 #include "odb_Exception.h"
 #include "odb_Instance.h"
+#include "odb_MeshRows.h"
 #include "odb_Message.h"
 
 const uti_LabelRow<odb_DiscretePartEnm> uti_LabelTable<odb_DiscretePartEnm, 1>::rows[] = {
@@ -64,6 +66,48 @@ void MakeSetOf(odb_EntityData& part, const odb_String& setName, odb_Set::Type ki
   part.CreateSet(setName, kind, labels, {});
 }
 
+// Copies the first `n` values of a sequence into `out` a block of its storage at a time: the
+// values of a block sit side by side, and a block never written reads as zeros, as it does
+// value by value. Converting a million short rows is bound by fetching them from memory; this
+// keeps it to that.
+template <class T>
+void CopyValues(const odb_Sequence<T>& values, int n, T* out) {
+  const auto& array = values.list().Array();
+  int shift = array.BlockShift(), size = 1 << shift;
+  for (int pos = array.HeadIndex(), end = pos + n; pos < end;) {
+    int offset = pos & (size - 1), run = std::min(size - offset, end - pos);
+    const auto* block = array.BlockAt(pos >> shift);
+    if (block)
+      std::copy_n(block->elements + offset, run, out);
+    else
+      std::fill_n(out, run, T());
+    out += run;
+    pos += run;
+  }
+}
+
+template <class T>
+std::vector<int> Values(const odb_Sequence<T>& values) {
+  std::vector<int> out(static_cast<std::size_t>(values.size()));
+  CopyValues(values, values.size(), out.data());
+  return out;
+}
+
+// The row-length checks of an addition. The rows are checked as they are copied into the
+// store; when the store refuses an addition before reaching every row, or there is no store,
+// these run first, so a bad row is still reported ahead of any later refusal.
+void CheckDimensions(const odb_SequenceSequenceFloat& coordinates, int d) {
+  for (int i = 0; i < coordinates.size(); ++i)
+    if (coordinates[i].size() != d)
+      Throw(odb_DiscretePart_NODE_DIMENSION, 85,
+            {odb_String(d), odb_String(coordinates[i].size())});
+}
+
+void CheckLengths(const odb_SequenceSequenceInt& connectivity, int width) {
+  for (int i = 1; i < connectivity.size(); ++i)
+    if (connectivity[i].size() != width) Throw(odb_DiscretePart_CONNECTIVITY_LENGTHS, 105);
+}
+
 }  // namespace
 
 void odb_DiscretePart::addNodes(const odb_SequenceInt& labels,
@@ -73,18 +117,32 @@ void odb_DiscretePart::addNodes(const odb_SequenceInt& labels,
   int n = labels.size();
   if (n == 0) Throw(odb_DiscretePart_NO_NODE_LABELS, 79);
   if (coordinates.size() != n) Throw(odb_DiscretePart_NODE_COUNT_MISMATCH, 80);
-  std::vector<double> table(static_cast<std::size_t>(n) * d);
-  for (int i = 0; i < n; ++i) {
-    const odb_SequenceFloat& row = coordinates[i];
-    if (row.size() != d)
-      Throw(odb_DiscretePart_NODE_DIMENSION, 85, {odb_String(d), odb_String(row.size())});
-    for (int k = 0; k < d; ++k) table[static_cast<std::size_t>(i) * d + k] = row[k];
-  }
-  std::vector<int> labelArray = odb_ToInts(labels);
+  std::vector<int> labelArray = Values(labels);
+  std::vector<int> setLabels = nodeSetName.Empty() ? std::vector<int>() : labelArray;
   odb_EntityData& part = *m_data;
+  if (!part.mesh) CheckDimensions(coordinates, d);
   part.Store();
-  Refused(part.mesh->mesh->AddNodes(labelArray, table, d), part.name);
-  MakeSetOf(part, nodeSetName, odb_Set::NODE_SET, labelArray);
+  // The rows go to the store a piece at a time, as float triples with z = 0 in planar parts.
+  odb_MeshRows split(n);
+  auto rows = [&](int first, int count, float* out) {
+    int bad = split.Run(first, count, [&](int from, int to) {
+      float* at = out + 3 * static_cast<std::size_t>(from - first);
+      for (int i = from; i < to; ++i, at += 3) {
+        const odb_SequenceFloat& row = coordinates[i];
+        if (row.size() != d) return i;
+        CopyValues(row, d, at);
+        if (d == 2) at[2] = 0.0f;
+      }
+      return -1;
+    });
+    if (bad >= 0)
+      Throw(odb_DiscretePart_NODE_DIMENSION, 85,
+            {odb_String(d), odb_String(coordinates[bad].size())});
+  };
+  store_MeshRefusal refusal = part.mesh->mesh->AddNodes(std::move(labelArray), rows);
+  if (refusal) CheckDimensions(coordinates, d);
+  Refused(refusal, part.name);
+  MakeSetOf(part, nodeSetName, odb_Set::NODE_SET, setLabels);
 }
 
 void odb_DiscretePart::addElements(const odb_SequenceInt& labels,
@@ -95,23 +153,34 @@ void odb_DiscretePart::addElements(const odb_SequenceInt& labels,
   if (n == 0) Throw(odb_DiscretePart_NO_ELEMENT_LABELS, 101);
   if (connectivity.size() != n) Throw(odb_DiscretePart_NO_CONNECTIVITY, 102);
   int width = connectivity[0].size();
-  for (int i = 1; i < n; ++i)
-    if (connectivity[i].size() != width) Throw(odb_DiscretePart_CONNECTIVITY_LENGTHS, 105);
-  if (width > odb_Element::kMaxNodes)
+  if (width > odb_Element::kMaxNodes) {
+    CheckLengths(connectivity, width);
     Throw(odb_DiscretePart_TOO_MANY_NODES, 108,
           {odb_String(width), odb_String(odb_Element::kMaxNodes)});
-  std::vector<int> table(static_cast<std::size_t>(n) * width);
-  for (int i = 0; i < n; ++i) {
-    const odb_SequenceInt& row = connectivity[i];
-    for (int k = 0; k < width; ++k) table[static_cast<std::size_t>(i) * width + k] = row[k];
   }
-  std::vector<int> labelArray = odb_ToInts(labels);
+  std::vector<int> labelArray = Values(labels);
+  std::vector<int> setLabels = elementSetName.Empty() ? std::vector<int>() : labelArray;
   odb_EntityData& part = *m_data;
+  if (!part.mesh) CheckLengths(connectivity, width);
   part.Store();
-  Refused(part.mesh->mesh->AddElements(labelArray, table, width, type.CStr(),
-                                       sectionCategory.name().CStr()),
-          part.name);
-  MakeSetOf(part, elementSetName, odb_Set::ELEMENT_SET, labelArray);
+  odb_MeshRows split(n);
+  auto rows = [&](int first, int count, int* out) {
+    int bad = split.Run(first, count, [&](int from, int to) {
+      int* at = out + static_cast<std::size_t>(from - first) * width;
+      for (int i = from; i < to; ++i, at += width) {
+        const odb_SequenceInt& row = connectivity[i];
+        if (row.size() != width) return i;
+        CopyValues(row, width, at);
+      }
+      return -1;
+    });
+    if (bad >= 0) Throw(odb_DiscretePart_CONNECTIVITY_LENGTHS, 105);
+  };
+  store_MeshRefusal refusal = part.mesh->mesh->AddElements(
+      std::move(labelArray), width, rows, type.CStr(), sectionCategory.name().CStr());
+  if (refusal) CheckLengths(connectivity, width);
+  Refused(refusal, part.name);
+  MakeSetOf(part, elementSetName, odb_Set::ELEMENT_SET, setLabels);
 }
 
 odb_Set& odb_DiscretePart::NodeSet(const odb_String& name, const odb_SequenceInt& nodeLabels) {

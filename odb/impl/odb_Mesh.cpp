@@ -58,14 +58,14 @@ odb_MeshData::odb_MeshData(std::shared_ptr<store_Mesh> storeMesh, const odb_Stri
 }
 
 odb_Node odb_MeshData::NodeAt(int position) {
-  const double* x = &mesh->NodeCoordinates()[3 * static_cast<std::size_t>(position)];
+  const float* x = &mesh->NodeCoordinates()[3 * static_cast<std::size_t>(position)];
   float xyz[3];
   if (placed) {
     for (int i = 0; i < 3; ++i)
       xyz[i] = static_cast<float>(rotation[i][0] * x[0] + rotation[i][1] * x[1] +
                                   rotation[i][2] * x[2] + shift[i]);
   } else {
-    for (int i = 0; i < 3; ++i) xyz[i] = static_cast<float>(x[i]);
+    for (int i = 0; i < 3; ++i) xyz[i] = x[i];
   }
   return odb_Node(mesh->NodeLabels()[position], position, MeshIndex(), xyz);
 }

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "TempDir.h"
+#include "store_Statement.h"
 
 namespace {
 
@@ -70,6 +71,33 @@ TEST(StoreDatabase, CommittedRecordsAndArraysReadBackAfterReopen) {
   db->GetArray(arrayId, back.data());
   EXPECT_EQ(back, values);
   EXPECT_THROW(db->SetHeader("k", "v"), store_Error);
+}
+
+TEST(StoreDatabase, ArraysWrittenInPiecesAreCutIntoWholeChunks) {
+  TempDir dir;
+  auto db = store_Database::Create(dir.file("a.odb"));
+  const std::size_t chunk = 4u << 20;
+  std::vector<char> bytes(2 * chunk + 12345);
+  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 31 + i / 7);
+  store_ArrayWriter writer(*db, "pieces", bytes.size());
+  // Pieces of 12 bytes' multiples that straddle both chunk boundaries.
+  for (std::size_t at = 0, piece = 12 * 21845; at < bytes.size(); at += piece)
+    writer.Write(&bytes[at], std::min(piece, bytes.size() - at));
+  std::int64_t id = writer.Finish();
+  std::vector<char> back(db->ArrayBytes(id));
+  db->GetArray(id, back.data());
+  EXPECT_EQ(back, bytes);
+  store_Statement q =
+      db->Sql("SELECT length(data) FROM array_chunk WHERE array_id = ?1 ORDER BY chunk");
+  q.Bind(1, id);
+  std::vector<std::size_t> lengths;
+  while (q.Step()) lengths.push_back(static_cast<std::size_t>(q.Int64(0)));
+  EXPECT_EQ(lengths, (std::vector<std::size_t>{chunk, chunk, 12345}));
+
+  store_ArrayWriter longer(*db, "longer", 4);
+  EXPECT_THROW(longer.Write(bytes.data(), 5), store_Error);
+  longer.Write(bytes.data(), 3);
+  EXPECT_THROW(longer.Finish(), store_Error);
 }
 
 TEST(StoreDatabase, ClosingWithoutCommitKeepsLastCommittedState) {

@@ -34,3 +34,21 @@ TEST(LabelIndex, ReportsTheFirstRepeatedLabelInEveryForm) {
     EXPECT_EQ(index.Find(labels[1]), -1);
   }
 }
+
+TEST(LabelIndex, FirstMissingFindsTheFirstUnindexedLabelInEveryForm) {
+  const std::vector<std::vector<int>> forms = {
+      {1, 2, 3, 4, 5, 6, 7, 8}, {8, 1, 3, 5, 7, 2, 4, 6}, {800000000, 1, 3, 5, 7, 2, 4, 6}};
+  for (const std::vector<int>& labels : forms) {
+    store_LabelIndex index;
+    int duplicate = 0;
+    ASSERT_TRUE(index.Build(labels.data(), static_cast<int>(labels.size()), duplicate));
+    std::vector<int> probe(200, 3);
+    EXPECT_EQ(index.FirstMissing(probe.data(), probe.size()), -1);
+    probe[130] = 9;  // in the third run of 64
+    probe[150] = 0;
+    EXPECT_EQ(index.FirstMissing(probe.data(), probe.size()), 130) << labels[0];
+    EXPECT_EQ(index.FirstMissing(probe.data(), 130), -1);
+    probe[0] = -2147483647 - 1;
+    EXPECT_EQ(index.FirstMissing(probe.data(), probe.size()), 0);
+  }
+}

@@ -1,6 +1,27 @@
 #include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <string>
 
 #include "MeshFile.h"
+
+namespace {
+
+// An integer the saved file gives for `sql`, read through a connection of its own.
+long long FileCount(const std::string& path, const char* sql) {
+  sqlite3* db = nullptr;
+  long long value = -1;
+  if (sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK) {
+    sqlite3_stmt* q = nullptr;
+    if (sqlite3_prepare_v2(db, sql, -1, &q, nullptr) == SQLITE_OK && sqlite3_step(q) == SQLITE_ROW)
+      value = sqlite3_column_int64(q, 0);
+    sqlite3_finalize(q);
+  }
+  sqlite3_close(db);
+  return value;
+}
+
+}  // namespace
 
 using PartNodes = MeshFile;
 
@@ -30,6 +51,52 @@ TEST_F(PartNodes, RefusesBadArraysInTheStatedOrderAndStoresNothing) {
             "Duplicate node label 7 in part \"P\".");
   EXPECT_EQ(part.nodes().size(), 2);
   EXPECT_EQ(MessageOf([&] { part.getNodeFromLabel(3); }), "Invalid Node label");
+}
+
+TEST_F(PartNodes, ABadRowOutranksADuplicateLabelBeforeIt) {
+  odb_DiscretePart& part = m_odb->DiscretePart("P", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
+  part.addNodes(Ints({1, 2}), Points({{0, 0, 0}, {1, 0, 0}}));
+  EXPECT_EQ(MessageOf([&] {
+              part.addNodes(Ints({3, 1, 4}), Points({{0, 0, 0}, {0, 0, 0}, {0, 0}}));
+            }),
+            "Node location specification does not correspond to part dimension. 3 floats "
+            "expected; 2 floats received.");
+  EXPECT_EQ(part.nodes().size(), 2);
+}
+
+TEST_F(PartNodes, ALargeAdditionReportsItsFirstBadRowAndStoresItsCoordinates) {
+  odb_DiscretePart& part = m_odb->DiscretePart("P", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
+  const int n = 100000;  // converted on two threads
+  odb_SequenceInt labels;
+  odb_SequenceSequenceFloat points;
+  for (int i = 0; i < n; ++i) {
+    labels.append(i + 1);
+    points.append(Points({{float(i), 0.5f, -float(i)}})[0]);
+  }
+  odb_SequenceSequenceFloat bad = points;
+  bad.get(n - 3) = Points({{1, 2, 3, 4}})[0];
+  bad.get(n - 2) = Points({{1}})[0];
+  EXPECT_EQ(MessageOf([&] { part.addNodes(labels, bad); }),
+            "Node location specification does not correspond to part dimension. 3 floats "
+            "expected; 4 floats received.");
+  EXPECT_EQ(part.nodes().size(), 0);
+  part.addNodes(labels, points);
+  odb_Node last = Reopen().parts().get("P").getNodeFromLabel(n);
+  EXPECT_EQ(last.coordinates()[0], float(n - 1));
+  EXPECT_EQ(last.coordinates()[2], -float(n - 1));
+}
+
+TEST_F(PartNodes, CoordinatesAreStoredAsThreeFloat32PerNode) {
+  odb_DiscretePart& part =
+      m_odb->DiscretePart("P", odb_Enum::TWO_D_PLANAR, odb_Enum::DEFORMABLE_BODY);
+  part.addNodes(Ints({1, 2, 3}), Points({{0.1f, 1e-30f}, {3.4e38f, -2.5f}, {7, 8}}));
+  saveOdb(*m_odb);
+  EXPECT_EQ(FileCount(m_path, "SELECT bytes FROM array WHERE kind = 'node coordinates'"), 3 * 12);
+  odb_Odb& odb = Reopen();
+  odb_Node node = odb.parts().get("P").getNodeFromLabel(2);
+  EXPECT_EQ(node.coordinates()[0], 3.4e38f);
+  EXPECT_EQ(node.coordinates()[1], -2.5f);
+  EXPECT_EQ(odb.parts().get("P").getNodeFromLabel(1).coordinates()[1], 1e-30f);
 }
 
 TEST_F(PartNodes, PlanarPartsTakeTwoCoordinatesAndReportAThirdOfZero) {
@@ -77,6 +144,72 @@ TEST_F(PartElements, RefusesBadArraysInTheStatedOrderAndStoresNothing) {
             }),
             "Duplicate element label 10 in part \"PLATE\".");
   EXPECT_EQ(part.elements().size(), 2);
+}
+
+TEST_F(PartElements, RefusalsFoundTogetherAreReportedInTheStatedOrder) {
+  odb_DiscretePart& part = TwoQuads();
+  EXPECT_EQ(MessageOf([&] {
+              part.addElements(Ints({10, 31}), Rows({{1, 2, 5, 4}, {1, 2, 99, 4}}), "S4R");
+            }),
+            "Element 31 of part \"PLATE\" refers to node 99, which the part does not have.");
+  EXPECT_EQ(MessageOf([&] {
+              part.addElements(Ints({10, 31}), Rows({{1, 2, 5, 4}, {1, 2, 5}}), "S4R");
+            }),
+            "Element connectivity arrays should be of same length.");
+  EXPECT_EQ(MessageOf([&] {
+              part.addElements(Ints({31, 32}), Rows({{1, 2, 99, 4}, {1, 2, 5}}), "S4R");
+            }),
+            "Element connectivity arrays should be of same length.");
+  odb_SequenceSequenceInt wide;
+  odb_SequenceInt row;
+  for (int k = 0; k < 31; ++k) row.append(1);
+  wide.append(row);
+  wide.append(Ints({1}));
+  EXPECT_EQ(MessageOf([&] {
+              part.addElements(Ints({1, 2}), wide, "U31");
+            }),
+            "Element connectivity arrays should be of same length.");
+  EXPECT_EQ(part.elements().size(), 2);
+}
+
+TEST_F(PartElements, AnUnknownNodeFarIntoALargeAdditionLeavesTheFileAsItWas) {
+  odb_DiscretePart& part = TwoQuads();
+  saveOdb(*m_odb);
+  const char* arrays = "SELECT count(*) FROM array";
+  const char* chunkBytes = "SELECT coalesce(sum(length(data)), 0) FROM array_chunk";
+  long long arraysBefore = FileCount(m_path, arrays);
+  long long bytesBefore = FileCount(m_path, chunkBytes);
+  const int n = 50000;  // several pieces of the conversion
+  odb_SequenceInt labels;
+  odb_SequenceSequenceInt rows;
+  for (int i = 0; i < n; ++i) {
+    labels.append(100 + i);
+    rows.append(i == n - 10 ? Ints({1, 2, 77, 4}) : Ints({1, 2, 5, 4}));
+  }
+  EXPECT_EQ(MessageOf([&] { part.addElements(labels, rows, "S4R"); }),
+            "Element " + std::to_string(100 + n - 10) +
+                " of part \"PLATE\" refers to node 77, which the part does not have.");
+  saveOdb(*m_odb);
+  EXPECT_EQ(FileCount(m_path, arrays), arraysBefore);
+  EXPECT_EQ(FileCount(m_path, chunkBytes), bytesBefore);
+  EXPECT_EQ(part.elements().size(), 2);
+
+  rows = odb_SequenceSequenceInt();
+  for (int i = 0; i < n; ++i) rows.append(Ints({6, 5, 2, 3}));
+  odb_SequenceInt many = labels;
+  odb_SequenceSequenceInt longRows = rows;
+  for (int i = 0; i < 30000; ++i) {  // past the size that is converted on two threads
+    many.append(100 + n + i);
+    longRows.append(Ints({6, 5, 2, 3}));
+  }
+  longRows.get(n + 20000) = Ints({6, 5, 2});
+  EXPECT_EQ(MessageOf([&] { part.addElements(many, longRows, "S4R"); }),
+            "Element connectivity arrays should be of same length.");
+  part.addElements(labels, rows, "S4R", "MANY");
+  odb_DiscretePart& back = Reopen().parts().get("PLATE");
+  EXPECT_EQ(back.elements().size(), n + 2);
+  EXPECT_EQ(back.getElementFromLabel(100 + n - 1).connectivity(), Ints({6, 5, 2, 3}));
+  EXPECT_EQ(back.elementSet("MANY").elements().size(), n);
 }
 
 TEST_F(PartElements, ReadBackInNodeLabelsWithTheirTypeClassAndCategory) {
