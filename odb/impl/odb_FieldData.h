@@ -15,6 +15,21 @@
 #include "odb_SubFieldData.h"
 #include "store_Database.h"
 
+// Whether fields hold data at `position`: the nodes, and element nodes, integration points,
+// centroids and whole elements.
+inline bool odb_IsFieldPosition(odb_Enum::odb_ResultPositionEnum position) {
+  switch (position) {
+    case odb_Enum::NODAL:
+    case odb_Enum::ELEMENT_NODAL:
+    case odb_Enum::INTEGRATION_POINT:
+    case odb_Enum::CENTROID:
+    case odb_Enum::WHOLE_ELEMENT:
+      return true;
+    default:
+      return false;
+  }
+}
+
 struct odb_FieldData {
   odb_String name;
   odb_String description;

@@ -78,14 +78,8 @@ odb_FieldOutput odb_FieldOutput::getSubset(odb_Enum::odb_ResultPositionEnum posi
       FailSub(odb_SubField_WHOLE_MODEL, 74);
     case odb_Enum::GENERAL_PARTICLE:
       FailSub(odb_SubField_GENERAL_PARTICLE, 76);
-    case odb_Enum::NODAL:
-    case odb_Enum::ELEMENT_NODAL:
-    case odb_Enum::INTEGRATION_POINT:
-    case odb_Enum::CENTROID:
-    case odb_Enum::WHOLE_ELEMENT:
-      break;
     default:
-      FailSub(odb_SubField_UNKNOWN_LOCATION, 83);
+      if (!odb_IsFieldPosition(position)) FailSub(odb_SubField_UNKNOWN_LOCATION, 83);
   }
   odb_FieldOutput subset = odb_FilterField(
       *m_data, [position](odb_SubFieldData& sub) { return sub.position == position; }, nullptr);

@@ -215,16 +215,7 @@ void Write(odb_FieldData& field, const odb_Instance& instance, const Input& in) 
   if (in.orientationCount > 0 && !orientationsAlike)
     odb_ThrowMessage("Each coordinate system must be given by 2 or 4 floats, all alike.", kSource,
                      249);
-  switch (in.position) {
-    case odb_Enum::NODAL:
-    case odb_Enum::ELEMENT_NODAL:
-    case odb_Enum::INTEGRATION_POINT:
-    case odb_Enum::CENTROID:
-    case odb_Enum::WHOLE_ELEMENT:
-      break;
-    default:
-      Fail(odb_FieldOutput_BAD_POSITION, {}, 253);
-  }
+  if (!odb_IsFieldPosition(in.position)) Fail(odb_FieldOutput_BAD_POSITION, {}, 253);
   odb_MeshData& mesh = *instance.data()->mesh;
   const std::vector<Group> groups = Split(in, mesh);
   CheckSectionPoint(in, groups, mesh);
