@@ -4,7 +4,10 @@
 // The arrays are the block's own, read from the file once for the whole block: data() holds
 // width() floats per location, row after row, in the order they were written. The per-location
 // labels and mises() are derived on first request. A handle: copies share the block, and the
-// pointers stay valid while any copy of the block (or its field) lives. One thread at a time.
+// pointers stay valid while any copy of the block (or its field) lives. length() and width() are
+// kept in the handle, so that they cost nothing in a loop's condition; they describe the block
+// as it was when the handle was made (values added to the field later come with the blocks of a
+// new bulkDataBlocks()). One thread at a time.
 #ifndef ODB_FIELDBULKDATA_H
 #define ODB_FIELDBULKDATA_H
 
@@ -30,8 +33,8 @@ class odb_FieldBulkData {
   odb_String baseElementType() const;
   odb_SectionPoint sectionPoint() const;
   // Locations (values) in the block, and floats per value.
-  int length() const;
-  int width() const;
+  int length() const { return m_length; }
+  int width() const { return m_width; }
   // Elements the block covers (0 for nodal data), and locations per element.
   int numberOfElements() const;
   int valuesPerElement() const;
@@ -55,6 +58,7 @@ class odb_FieldBulkData {
  private:
   odb_SubFieldData& Block() const;
   std::shared_ptr<odb_SubFieldData> m_block;
+  int m_length = 0, m_width = 0;
 };
 
 // The blocks of a field output, in the order their sub-fields were first written.

@@ -12,6 +12,7 @@
 #include <ctime>
 #include <random>
 
+#include "store_PageReader.h"
 #include "store_Schema.h"
 #include "store_Statement.h"
 
@@ -391,24 +392,41 @@ std::size_t store_Database::ArrayBytes(std::int64_t id) {
 }
 
 void store_Database::GetArray(std::int64_t id, void* out) {
-  // Each chunk is copied from the file's pages straight into `out` through an incremental blob
-  // handle: selecting the blob would first assemble it in a buffer of SQLite's own.
+  // A read-only database whose log is empty reads each chunk's pages straight from the file
+  // into `out` (store_PageReader); otherwise, and where that reader gives up, each chunk is
+  // copied from SQLite's pages through an incremental blob handle, which at least spares the
+  // buffer that selecting the blob would assemble first.
   std::size_t expected = ArrayBytes(id), offset = 0;
   store_Statement q =
       Sql("SELECT rowid, length(data) FROM array_chunk WHERE array_id = ?1 ORDER BY chunk");
   q.Bind(1, id);
+  std::unique_ptr<store_PageReader> direct;
   sqlite3_blob* blob = nullptr;
   int rc = SQLITE_OK;
   while (rc == SQLITE_OK && q.Step()) {
     const std::size_t n = static_cast<std::size_t>(q.Int64(1));
     if (offset + n > expected) break;
-    rc = blob ? sqlite3_blob_reopen(blob, q.Int64(0))
-              : sqlite3_blob_open(m_db, "main", "array_chunk", "data", q.Int64(0), 0, &blob);
-    if (rc == SQLITE_OK)
-      rc = sqlite3_blob_read(blob, static_cast<char*>(out) + offset, static_cast<int>(n), 0);
+    // The statement now holds the read transaction whose snapshot the direct reads must see.
+    if (offset == 0 && m_readOnly && store_PageReader::FileHoldsSnapshot(m_path))
+      direct.reset(new store_PageReader(m_db, ChunkTableRoot()));
+    char* at = static_cast<char*>(out) + offset;
+    if (!direct || !direct->Read(q.Int64(0), 2, at, n)) {
+      rc = blob ? sqlite3_blob_reopen(blob, q.Int64(0))
+                : sqlite3_blob_open(m_db, "main", "array_chunk", "data", q.Int64(0), 0, &blob);
+      if (rc == SQLITE_OK) rc = sqlite3_blob_read(blob, at, static_cast<int>(n), 0);
+    }
     offset += n;
   }
   if (blob) sqlite3_blob_close(blob);
   if (rc != SQLITE_OK) store_Check(m_db, rc, "read");
   if (offset != expected) throw store_Error("Array " + std::to_string(id) + " is damaged.");
+}
+
+std::int64_t store_Database::ChunkTableRoot() {
+  if (m_chunkRoot == 0) {
+    store_Statement q = Sql("SELECT rootpage FROM sqlite_schema WHERE name = 'array_chunk'");
+    if (!q.Step()) throw store_Error("The file has no array chunks table.");
+    m_chunkRoot = q.Int64(0);
+  }
+  return m_chunkRoot;
 }

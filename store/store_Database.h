@@ -151,6 +151,8 @@ class store_Database {
   void Execute(const char* sql);
   void RequireWritable(const char* what) const;
   void DiscardDeferred();
+  // The first page of the array chunks table, for direct reads.
+  std::int64_t ChunkTableRoot();
 
   std::string m_path;
   bool m_readOnly;
@@ -158,6 +160,7 @@ class store_Database {
   std::unique_ptr<store_StatementCache> m_cache;
   std::vector<std::shared_ptr<store_Deferred>> m_deferred;
   int m_logFile = -1;  // the log, opened for StartLogWriteback
+  std::int64_t m_chunkRoot = 0;
 };
 
 // Writes one bulk array piece by piece, straight into the file's chunks, so that a caller that

@@ -1,32 +1,125 @@
 #include "store_LargeAllocator.h"
 
 #include <cstdlib>
+#include <iterator>
+#include <list>
+#include <map>
+#include <mutex>
 #include <new>
+#include <unordered_map>
 
 #ifdef __linux__
 #include <sys/mman.h>
 #endif
 
 namespace {
+
 const std::size_t kHugePage = 2u << 20;
+
+// The address sanitizer can only report a use after free of memory that is really freed.
+#if defined(__SANITIZE_ADDRESS__)
+const std::size_t kKeptLimit = 0;
+#else
+const std::size_t kKeptLimit = std::size_t(1) << 30;
+#endif
+
+struct Kept {
+  void* memory;
+  std::size_t size;
+};
+
+struct Pool {
+  std::mutex mutex;
+  std::unordered_map<void*, std::size_t> live;  // large blocks handed out, by rounded size
+  std::list<Kept> kept;                         // freed large blocks, oldest first
+  std::multimap<std::size_t, std::list<Kept>::iterator> bySize;
+  std::size_t keptBytes = 0;
+};
+
+// Never destroyed: arrays held by static objects may be freed after every other static is gone.
+Pool& ThePool() {
+  static Pool* pool = new Pool;
+  return *pool;
 }
 
-void* store_AllocateLarge(std::size_t bytes) {
-  void* memory = nullptr;
-  if (bytes >= kHugePage) {
-    const std::size_t rounded = (bytes + kHugePage - 1) / kHugePage * kHugePage;
-    memory = std::aligned_alloc(kHugePage, rounded);
-#ifdef __linux__
-    // Advice only: where huge pages are off the memory works the same, faulted page by page.
-    if (memory) madvise(memory, rounded, MADV_HUGEPAGE);
-#endif
-  } else {
-    memory = std::malloc(bytes > 0 ? bytes : 1);
+void Forget(Pool& pool, std::multimap<std::size_t, std::list<Kept>::iterator>::iterator entry) {
+  pool.keptBytes -= entry->first;
+  pool.kept.erase(entry->second);
+  pool.bySize.erase(entry);
+}
+
+void* TakeKept(Pool& pool, std::size_t rounded) {
+  // A kept block up to a quarter larger serves; a larger one would waste more than it saves.
+  auto it = pool.bySize.lower_bound(rounded);
+  if (it == pool.bySize.end() || it->first > rounded + rounded / 4) return nullptr;
+  void* memory = it->second->memory;
+  pool.live.emplace(memory, it->first);
+  Forget(pool, it);
+  return memory;
+}
+
+// Frees the oldest kept blocks until `bytes` more fit under the limit.
+void MakeRoom(Pool& pool, std::size_t bytes) {
+  while (!pool.kept.empty() && pool.keptBytes + bytes > kKeptLimit) {
+    const Kept oldest = pool.kept.front();
+    auto range = pool.bySize.equal_range(oldest.size);
+    for (auto it = range.first; it != range.second; ++it)
+      if (it->second == pool.kept.begin()) {
+        Forget(pool, it);
+        break;
+      }
+    std::free(oldest.memory);
   }
+}
+
+}  // namespace
+
+void* store_AllocateLarge(std::size_t bytes) {
+  if (bytes < kHugePage) {
+    void* memory = std::malloc(bytes > 0 ? bytes : 1);
+    if (!memory) throw std::bad_alloc();
+    return memory;
+  }
+  const std::size_t rounded = (bytes + kHugePage - 1) / kHugePage * kHugePage;
+  Pool& pool = ThePool();
+  std::lock_guard<std::mutex> lock(pool.mutex);
+  if (void* memory = TakeKept(pool, rounded)) return memory;
+  void* memory = std::aligned_alloc(kHugePage, rounded);
   if (!memory) throw std::bad_alloc();
+#ifdef __linux__
+  // Advice only: where huge pages are off the memory works the same, faulted page by page.
+  madvise(memory, rounded, MADV_HUGEPAGE);
+#endif
+  pool.live.emplace(memory, rounded);
   return memory;
 }
 
 void store_FreeLarge(void* memory) {
-  std::free(memory);
+  if (!memory) return;
+  Pool& pool = ThePool();
+  std::lock_guard<std::mutex> lock(pool.mutex);
+  auto it = pool.live.find(memory);
+  if (it == pool.live.end()) {
+    std::free(memory);
+    return;
+  }
+  const std::size_t size = it->second;
+  pool.live.erase(it);
+  if (size > kKeptLimit) {
+    std::free(memory);
+    return;
+  }
+  MakeRoom(pool, size);
+  pool.kept.push_back({memory, size});
+  pool.bySize.emplace(size, std::prev(pool.kept.end()));
+  pool.keptBytes += size;
+}
+
+void store_ReleaseKeptLarge() {
+  Pool& pool = ThePool();
+  std::lock_guard<std::mutex> lock(pool.mutex);
+  for (const Kept& block : pool.kept) std::free(block.memory);
+  pool.kept.clear();
+  pool.bySize.clear();
+  pool.keptBytes = 0;
 }

@@ -1,11 +1,15 @@
-// store_LargeAllocator: an allocator for the large arrays of history pairs, which asks the
-// system to back them with huge pages.
+// store_LargeAllocator: an allocator for large arrays (history pairs, field data read from the
+// file), which asks the system to back them with huge pages and keeps freed ones for reuse.
 //
 // Filling fresh memory costs one page fault per 4 KiB page, and on virtual machines a fault
 // costs microseconds: 120 MiB of pairs then takes longer to fault in than to copy. Blocks of
 // 2 MiB and more are therefore aligned to 2 MiB and advised as huge pages (Linux
 // MADV_HUGEPAGE), one fault per 2 MiB; smaller blocks, and systems without the advice, get plain
-// memory. Stateless; any thread.
+// memory. Even with huge pages the system clears every fresh page, which costs as much as
+// copying into it: freed large blocks, up to 1 GiB in all (the oldest go first), are therefore
+// kept and handed out again for requests of their size (up to a quarter smaller). Kept blocks are marked as free to
+// the system (MADV_FREE), which takes their pages back when it runs short of memory; until then
+// they stay resident. store_ReleaseKeptLarge returns them at once. Any thread (one lock).
 #ifndef STORE_LARGEALLOCATOR_H
 #define STORE_LARGEALLOCATOR_H
 
@@ -15,6 +19,8 @@
 // `bytes` of memory, advised as huge pages from 2 MiB on; throws std::bad_alloc.
 void* store_AllocateLarge(std::size_t bytes);
 void store_FreeLarge(void* memory);
+// Returns the kept blocks to the system.
+void store_ReleaseKeptLarge();
 
 template <class T>
 struct store_LargeAllocator {

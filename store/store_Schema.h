@@ -175,8 +175,9 @@ CREATE TABLE field_block(
   PRIMARY KEY(field_id, block)) WITHOUT ROWID;
 )SQL";
 
-// Every connection: memory-mapped reads of the main file.
-inline constexpr const char* store_kReaderPragmas = "PRAGMA mmap_size = 1099511627776;";
+// A reader: no memory map. Bulk arrays are read page by page straight into their destination
+// (store_PageReader); through a map, each fresh open would fault in every page it copies from.
+inline constexpr const char* store_kReaderPragmas = "PRAGMA mmap_size = 0;";
 
 // A writer: a commit returns only when the log is on disk. The cache is small (8 MiB): a large
 // transaction spills its pages to the log as it goes, which costs no more than writing them at

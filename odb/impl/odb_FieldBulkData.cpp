@@ -6,7 +6,12 @@
 #include "odb_SubFieldData.h"
 
 odb_FieldBulkData::odb_FieldBulkData(std::shared_ptr<odb_SubFieldData> block)
-    : m_block(std::move(block)) {}
+    : m_block(std::move(block)) {
+  if (m_block) {
+    m_length = static_cast<int>(m_block->Locations());
+    m_width = m_block->width;
+  }
+}
 
 odb_SubFieldData& odb_FieldBulkData::Block() const {
   static odb_SubFieldData empty;
@@ -29,12 +34,6 @@ odb_String odb_FieldBulkData::baseElementType() const {
 }
 odb_SectionPoint odb_FieldBulkData::sectionPoint() const {
   return Block().sectionPoint;
-}
-int odb_FieldBulkData::length() const {
-  return static_cast<int>(Block().Locations());
-}
-int odb_FieldBulkData::width() const {
-  return Block().width;
 }
 int odb_FieldBulkData::numberOfElements() const {
   odb_SubFieldData& b = Block();

@@ -6,12 +6,14 @@ std::shared_ptr<odb_SubFieldData> odb_PickLocations(odb_SubFieldData& sub,
                                                     const std::vector<int>& keep) {
   sub.Load();
   auto out = odb_SubFieldData::SameIdentity(sub);
-  const std::vector<int>& elements = sub.ElementLabels();
-  const std::vector<int>& nodes = sub.NodeLabels();
-  const std::vector<int>& points = sub.IntegrationPoints();
+  const odb_Run<int>& elements = sub.ElementLabels();
+  const odb_Run<int>& nodes = sub.NodeLabels();
+  const odb_Run<int>& points = sub.IntegrationPoints();
   const bool nodal = sub.position == odb_Enum::NODAL;
-  std::vector<int> keptNodes, keptPoints;
   const std::size_t n = keep.size();
+  odb_Run<int> keptNodes, keptPoints;
+  keptNodes.Resize(n);
+  keptPoints.Resize(n);
   out->labels.Resize(n);
   out->data.Resize(n * sub.width);
   if (sub.complex) out->conjugate.Resize(n * sub.width);
@@ -19,8 +21,8 @@ std::shared_ptr<odb_SubFieldData> odb_PickLocations(odb_SubFieldData& sub,
   for (std::size_t k = 0; k < n; ++k) {
     const std::size_t i = static_cast<std::size_t>(keep[k]);
     out->labels[k] = nodal ? nodes[i] : elements[i];
-    keptNodes.push_back(nodes[i]);
-    keptPoints.push_back(points[i]);
+    keptNodes[k] = nodes[i];
+    keptPoints[k] = points[i];
     for (int c = 0; c < sub.width; ++c) {
       out->data[k * sub.width + c] = sub.data[i * sub.width + c];
       if (sub.complex) out->conjugate[k * sub.width + c] = sub.conjugate[i * sub.width + c];

@@ -10,6 +10,7 @@
 #include "odb_OdbRepository.h"
 #include "odb_Startup.h"
 #include "odb_WipReporter.h"
+#include "store_LargeAllocator.h"
 #include "thr_ThreadSingleton.h"
 #include "wip_WIP.h"
 
@@ -96,6 +97,7 @@ void odb_finalizeAPI() {
   if (g_apiNesting == 0 || --g_apiNesting != 0) return;
   --g_apiCount;
   odb_finalize(g_apiCount);
+  store_ReleaseKeptLarge();
   thr_ThreadSingleton<wip_WIP>::Instance().Uninstall();
   g_reporter.reset();
 }

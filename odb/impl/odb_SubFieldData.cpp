@@ -1,5 +1,6 @@
 #include "odb_SubFieldData.h"
 
+#include <algorithm>
 
 #include "odb_EntityData.h"
 #include "odb_Util.h"
@@ -102,8 +103,7 @@ void odb_SubFieldData::Load() {
   m_unreadLocations = 0;
 }
 
-void odb_SubFieldData::SetLocations(std::vector<int> nodeLabels,
-                                    std::vector<int> integrationPoints) {
+void odb_SubFieldData::SetLocations(odb_Run<int> nodeLabels, odb_Run<int> integrationPoints) {
   perLabel = 1;
   m_nodeLabels = std::move(nodeLabels);
   m_integrationPoints = std::move(integrationPoints);
@@ -111,25 +111,31 @@ void odb_SubFieldData::SetLocations(std::vector<int> nodeLabels,
   m_elementLabelsBuilt = m_misesBuilt = false;
 }
 
-const std::vector<int>& odb_SubFieldData::ElementLabels() {
+const odb_Run<int>& odb_SubFieldData::ElementLabels() {
   Load();
   if (!m_elementLabelsBuilt) {
-    m_elementLabels.assign(Locations(), -1);
-    if (position != odb_Enum::NODAL)
-      for (std::size_t i = 0; i < m_elementLabels.size(); ++i)
-        m_elementLabels[i] = labels[i / perLabel];
+    m_elementLabels.Resize(Locations());
+    int* out = m_elementLabels.data();
+    if (position == odb_Enum::NODAL) {
+      std::fill(out, out + m_elementLabels.size(), -1);
+    } else {
+      for (std::size_t e = 0; e < labels.size(); ++e, out += perLabel)
+        std::fill(out, out + perLabel, labels[e]);
+    }
     m_elementLabelsBuilt = true;
   }
   return m_elementLabels;
 }
 
-const std::vector<int>& odb_SubFieldData::NodeLabels() {
+const odb_Run<int>& odb_SubFieldData::NodeLabels() {
   Load();
   if (!m_nodeLabelsBuilt) {
-    m_nodeLabels.assign(Locations(), -1);
-    if (position == odb_Enum::NODAL) {
-      for (std::size_t i = 0; i < m_nodeLabels.size(); ++i) m_nodeLabels[i] = labels[i];
-    } else if (position == odb_Enum::ELEMENT_NODAL && instance.data()) {
+    m_nodeLabels.Resize(Locations());
+    if (position == odb_Enum::NODAL)
+      m_nodeLabels.Assign(labels.data(), labels.size());
+    else
+      std::fill(m_nodeLabels.data(), m_nodeLabels.data() + m_nodeLabels.size(), -1);
+    if (position == odb_Enum::ELEMENT_NODAL && instance.data()) {
       store_Mesh& mesh = *instance.data()->mesh->mesh;
       const std::vector<int>& connectivity = mesh.Connectivity();
       for (std::size_t e = 0; e < labels.size(); ++e) {
@@ -147,13 +153,17 @@ const std::vector<int>& odb_SubFieldData::NodeLabels() {
   return m_nodeLabels;
 }
 
-const std::vector<int>& odb_SubFieldData::IntegrationPoints() {
+const odb_Run<int>& odb_SubFieldData::IntegrationPoints() {
   Load();
   if (!m_pointsBuilt) {
-    m_integrationPoints.assign(Locations(), -1);
-    if (position == odb_Enum::INTEGRATION_POINT)
-      for (std::size_t i = 0; i < m_integrationPoints.size(); ++i)
-        m_integrationPoints[i] = static_cast<int>(i % perLabel) + 1;
+    m_integrationPoints.Resize(Locations());
+    int* out = m_integrationPoints.data();
+    if (position != odb_Enum::INTEGRATION_POINT) {
+      std::fill(out, out + m_integrationPoints.size(), -1);
+    } else {
+      for (std::size_t e = 0; e < labels.size(); ++e)
+        for (int k = 1; k <= perLabel; ++k) *out++ = k;
+    }
     m_pointsBuilt = true;
   }
   return m_integrationPoints;

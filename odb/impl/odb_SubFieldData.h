@@ -115,17 +115,17 @@ struct odb_SubFieldData {
   // Makes the sub-field carry its location labels itself, one label per location (subsets and
   // extrapolated fields, whose locations need not be whole elements): `labels` must then hold
   // the element labels (node labels for nodal data) of each location.
-  void SetLocations(std::vector<int> nodeLabels, std::vector<int> integrationPoints);
+  void SetLocations(odb_Run<int> nodeLabels, odb_Run<int> integrationPoints);
 
   // Per location, built once after Load(); -1 where a label does not apply.
-  const std::vector<int>& ElementLabels();
-  const std::vector<int>& NodeLabels();
-  const std::vector<int>& IntegrationPoints();
+  const odb_Run<int>& ElementLabels();
+  const odb_Run<int>& NodeLabels();
+  const odb_Run<int>& IntegrationPoints();
   const odb_Run<float>& Mises();
 
  private:
   std::size_t m_unreadLocations = 0;
-  std::vector<int> m_elementLabels, m_nodeLabels, m_integrationPoints;
+  odb_Run<int> m_elementLabels, m_nodeLabels, m_integrationPoints;
   odb_Run<float> m_mises;
   bool m_elementLabelsBuilt = false, m_nodeLabelsBuilt = false, m_pointsBuilt = false,
        m_misesBuilt = false;

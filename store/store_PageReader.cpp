@@ -1,0 +1,203 @@
+#include "store_PageReader.h"
+
+#include <sqlite3.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+namespace {
+
+const unsigned char kInteriorTable = 0x05, kLeafTable = 0x0D;
+const std::size_t kCachedPages = 64;
+
+std::uint32_t Get2(const unsigned char* p) { return (std::uint32_t(p[0]) << 8) | p[1]; }
+
+std::uint32_t Get4(const unsigned char* p) {
+  return (std::uint32_t(p[0]) << 24) | (std::uint32_t(p[1]) << 16) | (std::uint32_t(p[2]) << 8) |
+         p[3];
+}
+
+// A variable-length integer of the file format (1 to 9 bytes, big-endian, 7 bits a byte and 8
+// in the ninth) at `p`, not reading past `end`; false when it runs past.
+bool Varint(const unsigned char*& p, const unsigned char* end, std::uint64_t& value) {
+  value = 0;
+  for (int i = 0; i < 9; ++i) {
+    if (p >= end) return false;
+    const unsigned char byte = *p++;
+    if (i == 8) {
+      value = (value << 8) | byte;
+      return true;
+    }
+    value = (value << 7) | (byte & 0x7F);
+    if (!(byte & 0x80)) return true;
+  }
+  return true;
+}
+
+// The bytes a column of serial type `type` takes in a record.
+std::uint64_t SerialSize(std::uint64_t type) {
+  static const std::uint64_t fixed[] = {0, 1, 2, 3, 4, 6, 8, 8, 0, 0};
+  if (type < 10) return fixed[type];
+  if (type < 12) return 0;
+  return (type - 12) / 2;
+}
+
+}  // namespace
+
+store_PageReader::store_PageReader(sqlite3* db, std::int64_t rootPage) {
+  sqlite3_file* file = nullptr;
+  if (sqlite3_file_control(db, "main", SQLITE_FCNTL_FILE_POINTER, &file) != SQLITE_OK || !file ||
+      !file->pMethods)
+    return;
+  m_file = file;
+  unsigned char header[100];
+  sqlite3_int64 fileSize = 0;
+  if (!ReadRaw(header, sizeof header, 0) || file->pMethods->xFileSize(file, &fileSize) != SQLITE_OK) {
+    m_file = nullptr;
+    return;
+  }
+  m_pageSize = Get2(header + 16) == 1 ? 65536 : Get2(header + 16);
+  if (m_pageSize < 512 || (m_pageSize & (m_pageSize - 1)) || header[20] >= m_pageSize / 2) {
+    m_file = nullptr;
+    return;
+  }
+  m_usable = m_pageSize - header[20];
+  m_pageCount = static_cast<std::uint32_t>(fileSize / m_pageSize);
+  m_root = static_cast<std::uint32_t>(rootPage);
+}
+
+bool store_PageReader::FileHoldsSnapshot(const std::string& databasePath) {
+  struct stat st;
+  if (::stat((databasePath + "-wal").c_str(), &st) != 0) return errno == ENOENT;
+  return st.st_size == 0;
+}
+
+bool store_PageReader::ReadRaw(void* out, std::size_t bytes, std::int64_t offset) {
+  return m_file->pMethods->xRead(m_file, out, static_cast<int>(bytes), offset) == SQLITE_OK;
+}
+
+const std::vector<unsigned char>* store_PageReader::Page(std::uint32_t number) {
+  if (number < 1 || number > m_pageCount) return nullptr;
+  auto found = m_pages.find(number);
+  if (found != m_pages.end()) return &found->second;
+  if (m_pages.size() >= kCachedPages) m_pages.clear();
+  std::vector<unsigned char> page(m_pageSize);
+  if (!ReadRaw(page.data(), m_pageSize, std::int64_t(number - 1) * m_pageSize)) return nullptr;
+  return &m_pages.emplace(number, std::move(page)).first->second;
+}
+
+bool store_PageReader::FindCell(std::int64_t rowid, const std::vector<unsigned char>*& page,
+                                std::size_t& at) {
+  std::uint32_t number = m_root;
+  for (int depth = 0; depth < 32; ++depth) {
+    page = Page(number);
+    if (!page) return false;
+    const unsigned char* p = page->data();
+    const unsigned char* end = p + m_usable;
+    const std::size_t header = number == 1 ? 100 : 0;
+    const unsigned char kind = p[header];
+    const std::size_t cells = Get2(p + header + 3);
+    const std::size_t pointers = header + (kind == kInteriorTable ? 12 : 8);
+    if ((kind != kInteriorTable && kind != kLeafTable) || pointers + 2 * cells > m_usable)
+      return false;
+    // The first cell whose key is at least `rowid` (interior pages: keys are the largest rowid of
+    // the left child), or the row itself on a leaf.
+    std::size_t low = 0, high = cells;
+    while (low < high) {
+      const std::size_t mid = (low + high) / 2;
+      const std::size_t cell = Get2(p + pointers + 2 * mid);
+      const unsigned char* q = p + cell;
+      std::uint64_t key = 0, size = 0;
+      if (cell >= m_usable) return false;
+      if (kind == kInteriorTable) {
+        if (cell + 4 > m_usable) return false;
+        q += 4;
+      } else if (!Varint(q, end, size)) {
+        return false;
+      }
+      if (!Varint(q, end, key)) return false;
+      if (static_cast<std::int64_t>(key) < rowid)
+        low = mid + 1;
+      else
+        high = mid;
+    }
+    if (kind == kLeafTable) {
+      if (low == cells) return false;
+      at = Get2(p + pointers + 2 * low);
+      const unsigned char* q = p + at;
+      std::uint64_t size = 0, key = 0;
+      return at < m_usable && Varint(q, end, size) && Varint(q, end, key) &&
+             static_cast<std::int64_t>(key) == rowid;
+    }
+    if (low == cells) {
+      number = Get4(p + header + 8);
+    } else {
+      const std::size_t cell = Get2(p + pointers + 2 * low);
+      if (cell + 4 > m_usable) return false;
+      number = Get4(p + cell);
+    }
+  }
+  return false;
+}
+
+bool store_PageReader::Read(std::int64_t rowid, int column, void* out, std::size_t bytes) {
+  if (!m_file) return false;
+  const std::vector<unsigned char>* page = nullptr;
+  std::size_t at = 0;
+  if (!FindCell(rowid, page, at)) return false;
+  const unsigned char* p = page->data();
+  const unsigned char* end = p + m_usable;
+  const unsigned char* q = p + at;
+  std::uint64_t payload = 0, key = 0;
+  if (!Varint(q, end, payload) || !Varint(q, end, key)) return false;
+  // The part of the payload kept on the leaf page; the rest follows in a chain of overflow pages.
+  const std::uint64_t maxLocal = m_usable - 35, minLocal = (m_usable - 12) * 32 / 255 - 23;
+  std::uint64_t local = payload;
+  if (payload > maxLocal) {
+    const std::uint64_t k = minLocal + (payload - minLocal) % (m_usable - 4);
+    local = k <= maxLocal ? k : minLocal;
+  }
+  const unsigned char* start = q;
+  if (start + local + (local < payload ? 4 : 0) > end) return false;
+  // The record: its header's serial types give each column's offset.
+  std::uint64_t headerSize = 0, offset = 0, type = 0;
+  const unsigned char* h = start;
+  if (!Varint(h, start + local, headerSize) || headerSize > local) return false;
+  offset = headerSize;
+  for (int c = 0; c <= column; ++c) {
+    if (!Varint(h, start + headerSize, type)) return false;
+    if (c < column) offset += SerialSize(type);
+  }
+  if (type < 12 || type % 2 != 0 || SerialSize(type) != bytes || offset + bytes > payload)
+    return false;
+  unsigned char* blob = static_cast<unsigned char*>(out);
+  const std::size_t inLocal =
+      offset < local ? static_cast<std::size_t>(std::min<std::uint64_t>(local - offset, bytes)) : 0;
+  std::memcpy(blob, start + offset, inLocal);
+  if (inLocal == bytes) return true;
+  // The blob goes on into the overflow pages; it starts on the leaf page with a few bytes at least
+  // in every file this library writes.
+  if (inLocal < 4) return false;
+  return CopyOverflow(Get4(start + local), blob, inLocal, bytes);
+}
+
+bool store_PageReader::CopyOverflow(std::uint32_t page, unsigned char* blob, std::size_t done,
+                                    std::size_t bytes) {
+  const std::size_t content = m_usable - 4;
+  while (done < bytes) {
+    if (page < 2 || page > m_pageCount) return false;
+    const std::size_t n = std::min(content, bytes - done);
+    // The page's 4-byte link lands just before its content, on bytes already copied, which are
+    // put back: one read puts the content where it belongs.
+    unsigned char* dest = blob + done;
+    unsigned char link[4];
+    std::memcpy(link, dest - 4, 4);
+    if (!ReadRaw(dest - 4, n + 4, std::int64_t(page - 1) * m_pageSize)) return false;
+    std::swap_ranges(link, link + 4, dest - 4);
+    done += n;
+    page = Get4(link);
+  }
+  return true;
+}

@@ -1,0 +1,136 @@
+#include "store_PageReader.h"
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "TempDir.h"
+#include "store_Database.h"
+
+namespace {
+
+std::vector<unsigned char> Pattern(std::size_t bytes, unsigned seed) {
+  std::vector<unsigned char> out(bytes);
+  std::uint32_t x = seed * 2654435761u + 1;
+  for (auto& b : out) {
+    x = x * 1664525u + 1013904223u;
+    b = static_cast<unsigned char>(x >> 24);
+  }
+  return out;
+}
+
+// A committed, closed file with one array of each size.
+std::vector<std::int64_t> WriteArrays(const std::string& path, const std::vector<std::size_t>& sizes) {
+  auto db = store_Database::Create(path);
+  std::vector<std::int64_t> ids;
+  for (std::size_t i = 0; i < sizes.size(); ++i) {
+    std::vector<unsigned char> bytes = Pattern(sizes[i], static_cast<unsigned>(i));
+    ids.push_back(db->PutArray("test", bytes.data(), bytes.size()));
+  }
+  db->Commit();
+  return ids;
+}
+
+// Reads every chunk of the file with the page reader on a plain connection inside one read
+// transaction, and compares it with what SQLite reads.
+void ExpectChunksReadLikeSqlite(const std::string& path) {
+  sqlite3* db = nullptr;
+  ASSERT_EQ(sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(db, "BEGIN; SELECT count(*) FROM array_chunk;", nullptr, nullptr, nullptr),
+            SQLITE_OK);
+  sqlite3_stmt* root = nullptr;
+  sqlite3_prepare_v2(db, "SELECT rootpage FROM sqlite_schema WHERE name = 'array_chunk'", -1, &root,
+                     nullptr);
+  ASSERT_EQ(sqlite3_step(root), SQLITE_ROW);
+  store_PageReader reader(db, sqlite3_column_int64(root, 0));
+  sqlite3_finalize(root);
+  sqlite3_stmt* chunks = nullptr;
+  sqlite3_prepare_v2(db, "SELECT rowid, data FROM array_chunk", -1, &chunks, nullptr);
+  int count = 0;
+  while (sqlite3_step(chunks) == SQLITE_ROW) {
+    const std::int64_t rowid = sqlite3_column_int64(chunks, 0);
+    const auto* expected = static_cast<const unsigned char*>(sqlite3_column_blob(chunks, 1));
+    const std::size_t bytes = static_cast<std::size_t>(sqlite3_column_bytes(chunks, 1));
+    std::vector<unsigned char> got(bytes + 1, 0xEE);
+    ASSERT_TRUE(reader.Read(rowid, 2, got.data(), bytes)) << "row " << rowid;
+    EXPECT_EQ(0, std::memcmp(got.data(), expected, bytes)) << "row " << rowid;
+    EXPECT_EQ(got[bytes], 0xEE) << "wrote past the blob of row " << rowid;
+    ++count;
+  }
+  EXPECT_GT(count, 0);
+  sqlite3_finalize(chunks);
+  sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr);
+  sqlite3_close(db);
+}
+
+TEST(StorePageReader, ReadsBlobsOfEveryShapeAsSqliteDoes) {
+  TempDir dir;
+  const std::string path = dir.file("a.odb");
+  // Kept on the leaf page; one overflow page exactly; a partial last page; several 4 MiB chunks.
+  WriteArrays(path, {1, 4, 8000, 65532 + 9000, 65532 * 3 + 1, (4u << 20) * 2 + 13});
+  ExpectChunksReadLikeSqlite(path);
+  // Enough rows for the table's b-tree to grow interior pages.
+  TempDir many;
+  const std::string manyPath = many.file("b.odb");
+  WriteArrays(manyPath, std::vector<std::size_t>(400, 9000));
+  ExpectChunksReadLikeSqlite(manyPath);
+}
+
+TEST(StorePageReader, GivesUpOnWhatDoesNotMatch) {
+  TempDir dir;
+  const std::string path = dir.file("a.odb");
+  WriteArrays(path, {70000});
+  sqlite3* db = nullptr;
+  ASSERT_EQ(sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
+  sqlite3_exec(db, "BEGIN; SELECT count(*) FROM array_chunk;", nullptr, nullptr, nullptr);
+  sqlite3_stmt* q = nullptr;
+  sqlite3_prepare_v2(db,
+                     "SELECT (SELECT rootpage FROM sqlite_schema WHERE name = 'array_chunk'), "
+                     "(SELECT rootpage FROM sqlite_schema WHERE type = 'index' LIMIT 1), "
+                     "(SELECT max(rowid) FROM array_chunk)",
+                     -1, &q, nullptr);
+  ASSERT_EQ(sqlite3_step(q), SQLITE_ROW);
+  const std::int64_t table = sqlite3_column_int64(q, 0), index = sqlite3_column_int64(q, 1),
+                     row = sqlite3_column_int64(q, 2);
+  sqlite3_finalize(q);
+  std::vector<unsigned char> out(70000);
+  store_PageReader reader(db, table);
+  EXPECT_TRUE(reader.Read(row, 2, out.data(), out.size()));
+  EXPECT_FALSE(reader.Read(row + 1, 2, out.data(), out.size())) << "a row that is not there";
+  EXPECT_FALSE(reader.Read(row, 2, out.data(), out.size() - 1)) << "a length that differs";
+  EXPECT_FALSE(reader.Read(row, 0, out.data(), out.size())) << "a column that is no blob";
+  EXPECT_FALSE(store_PageReader(db, index).Read(row, 2, out.data(), out.size())) << "an index";
+  EXPECT_FALSE(store_PageReader(db, 1 << 30).Read(row, 2, out.data(), out.size()))
+      << "a page beyond the file";
+  sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr);
+  sqlite3_close(db);
+}
+
+TEST(StorePageReader, ReadersOfAFileWithLoggedPagesReadThroughSqlite) {
+  TempDir dir;
+  const std::string path = dir.file("a.odb");
+  auto writer = store_Database::Create(path);
+  EXPECT_TRUE(store_PageReader::FileHoldsSnapshot(path));
+  std::vector<unsigned char> bytes = Pattern(300000, 7);
+  const std::int64_t id = writer->PutArray("test", bytes.data(), bytes.size());
+  writer->Commit();  // the chunk's pages are in the log until the writer closes
+  EXPECT_FALSE(store_PageReader::FileHoldsSnapshot(path));
+  auto reader = store_Database::Open(path, true);
+  std::vector<unsigned char> got(bytes.size());
+  reader->GetArray(id, got.data());
+  EXPECT_EQ(got, bytes);
+  reader.reset();
+  writer.reset();
+  EXPECT_TRUE(store_PageReader::FileHoldsSnapshot(path));
+  reader = store_Database::Open(path, true);
+  std::fill(got.begin(), got.end(), 0);
+  reader->GetArray(id, got.data());
+  EXPECT_EQ(got, bytes);
+}
+
+}  // namespace
