@@ -15,6 +15,7 @@
 #include "mem_Malloc.h"
 #include "nex_Exception.h"
 #include "odb_Assembly.h"
+#include "odb_DatumCsys.h"
 #include "odb_DiscreteEntity.h"
 #include "odb_DiscretePart.h"
 #include "odb_DiscretePartRepository.h"

@@ -1,14 +1,16 @@
-// odb_Assembly: the root assembly of a model: the part instances and the sets that span them.
+// odb_Assembly: the root assembly of a model: the part instances, the sets that span them, and
+// the datum coordinate systems.
 //
-// The database object owns it (odb_Odb::rootAssembly); it holds instance and set handles, which
-// share their data with copies a caller keeps. Instances and sets are read from the file on first
-// use. Placing an instance writes one row: the instance shares its part's mesh. One thread at a
-// time.
+// The database object owns it (odb_Odb::rootAssembly); it holds instance, set and system
+// handles, which share their data with copies a caller keeps. Instances, sets and systems are
+// read from the file on first use. Placing an instance writes one row: the instance shares its
+// part's mesh; a system is one row too. One thread at a time.
 #ifndef ODB_ASSEMBLY_H
 #define ODB_ASSEMBLY_H
 
 #include <memory>
 
+#include "odb_DatumCsys.h"
 #include "odb_DiscreteEntity.h"
 #include "odb_DiscretePart.h"
 #include "odb_Instance.h"
@@ -81,6 +83,50 @@ class odb_Assembly {
   odb_Set& nodeSet(const odb_String& name) { return nodeSets().get(name); }
   odb_Set& elementSet(const odb_String& name) { return elementSets().get(name); }
   odb_Set& surface(const odb_String& name) { return surfaces().get(name); }
+
+  // Datum coordinate systems. Each creator stores a new system under `name` and returns it.
+  // Points and directions are 3 values each, in global coordinates; nodes are labels of the
+  // instance named `instanceName`, taken at their placed coordinates. Checks, in order: "The
+  // assembly belongs to no database."; an empty name; "A datum coordinate system named "NAME"
+  // already exists."; a type that is not one of odb_DatumCsysTypeEnum; points or directions not
+  // of 3 values; "No instance named ..."; "Instance "I" has no node N ..."; coincident or
+  // colinear points, zero or parallel directions; then the store's refusal when the database is
+  // read-only.
+  //
+  // Fixed, at `origin`: the 1-axis along `xDirection`, the 2-axis the part of `yDirection`
+  // normal to it, the 3-axis completing a right-handed set.
+  odb_DatumCsys& DatumCsys(const odb_String& name, odb_Enum::odb_DatumCsysTypeEnum type,
+                           const odb_SequenceFloat& origin, const odb_SequenceFloat& xDirection,
+                           const odb_SequenceFloat& yDirection);
+  // Fixed, from three points: the origin, a point on the 1-axis, a point in the 1-2 plane.
+  odb_DatumCsys& DatumCsysByThreePoints(const odb_String& name,
+                                        odb_Enum::odb_DatumCsysTypeEnum type,
+                                        const odb_SequenceFloat& origin,
+                                        const odb_SequenceFloat& point1,
+                                        const odb_SequenceFloat& point2);
+  // Following three nodes: the origin node, a node on the 1-axis, a node in the 1-2 plane.
+  odb_DatumCsys& DatumCsysByThreeNodes(const odb_String& name, odb_Enum::odb_DatumCsysTypeEnum type,
+                                       const odb_String& instanceName, int originNode,
+                                       int point1Node, int point2Node);
+  // Following three nodes on a circle: the origin at its centre, the 3-axis normal to its plane
+  // (right-handed over the nodes in order), the 1-axis toward the first node.
+  odb_DatumCsys& DatumCsysByThreeCircNodes(const odb_String& name,
+                                           odb_Enum::odb_DatumCsysTypeEnum type,
+                                           const odb_String& instanceName, int node1, int node2,
+                                           int node3);
+  // Following one node with rotational degrees of freedom: the origin at the node, the axes from
+  // the two directions as in DatumCsys (the global axes when both are empty), turning with the
+  // node's rotation.
+  odb_DatumCsys& DatumCsysBy(const odb_String& name, odb_Enum::odb_DatumCsysTypeEnum type,
+                             const odb_String& instanceName, int node,
+                             const odb_SequenceFloat& xDirection = odb_SequenceFloat(),
+                             const odb_SequenceFloat& yDirection = odb_SequenceFloat());
+  // Removes a system from the assembly and the file; throws "No datum coordinate system named
+  // "NAME" in the assembly." when there is none. Handles a caller holds stay usable.
+  void DeleteDatumCsys(const odb_String& name);
+  odb_DatumCsysRepository& datumCsyses();
+  // The system of that name; throws "Key "NAME" not found in repository" when none.
+  odb_DatumCsys& datumCsys(const odb_String& name) { return datumCsyses().get(name); }
 
   const std::shared_ptr<odb_AssemblyData>& data() const { return m_data; }
 

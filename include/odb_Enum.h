@@ -101,6 +101,10 @@ enum odb_ElementGeometryClass {
   GEOMETRY_USER = 12  // a type this library does not know: a user element
 };
 
+// The kind of a datum coordinate system, by the coordinates it gives: (x, y, z), (r, theta, z)
+// or (r, theta, phi); stored in database files by number.
+enum odb_DatumCsysTypeEnum { RECTANGULAR = 0, CYLINDRICAL = 1, SPHERICAL = 2 };
+
 // Optional features of the analysis that contributed to a database; a reader only lists and
 // compares them. UNKNOWN_ADD_ON stands for a feature this library does not know by name.
 enum odb_ProductAddOnEnum {

@@ -18,6 +18,7 @@
 
 #include <memory>
 
+#include "odb_DatumCsys.h"
 #include "odb_Element.h"
 #include "odb_Enum.h"
 #include "odb_FieldBulkData.h"
@@ -160,8 +161,31 @@ class odb_FieldOutput {
   odb_FieldOutput getScalarField(odb_Enum::odb_InvariantEnum invariant, bool orphanOk = true) const;
   // A SCALAR field of one component, by its label; throws "Field not found:" and the label.
   odb_FieldOutput getScalarField(const odb_String& componentLabel, bool orphanOk = true) const;
-  // The field with its vectors and tensors given in the rectangular system whose axes are the
-  // rows of `axes` (3 sequences of 3 floats), for values without an orientation of their own.
+  // The field with its vectors and tensors given in the local axes of `system` at each value,
+  // an orphan without orientations. Values with an orientation of their own are first taken
+  // back to global axes. A rectangular system has one set of axes; cylindrical and spherical
+  // ones have them at the point where each value sits (see odb_DatumCsys), on the placed mesh
+  // moved by `deformationField`'s displacements when it is given: nodal and element-nodal values
+  // at their node, integration-point values at their point for solid and planar continuum
+  // elements, other element values at the mean of their element's nodes. A dynamic system moves
+  // with the displacements at its nodes, and a 6-DOF-node system turns with `rotationField`'s
+  // rotation vector there. Surface tensors (TENSOR_3D_SURFACE) are given in the local 1-axis
+  // projected onto their surface. Checks, in order: "Transformation not allowed for scalar,
+  // vector or matrix data."; a 6-DOF-node system without both fields ("The specified coordinate
+  // system follows a 6-DOF node; ..."); a dynamic system without a deformation field ("The
+  // specified coordinate system is dynamic; ..."); a deformation field that is not a NODAL
+  // VECTOR field of a frame ("The deformation field must be a NODAL VECTOR field ..."), or a
+  // rotation field that is not one of 3 components; then per sub-field a deformation field with
+  // no values on its instance ("Deformation results for part instance not found."), a node
+  // without a displacement where one is needed, and, for two-dimensional values (planar tensor
+  // kinds, 2-component vectors, values of 2D parts), local axes whose 3-axis is not normal to
+  // the model's plane ("Third component of coordinate system must be normal to 2D part").
+  // Costs a copy of the field and, for cylindrical and spherical systems, a placement per value.
+  odb_FieldOutput getTransformedField(
+      const odb_DatumCsys& system, const odb_FieldOutput& deformationField = odb_FieldOutput(),
+      const odb_FieldOutput& rotationField = odb_FieldOutput()) const;
+  // The same for the fixed rectangular system whose axes are the rows of `axes` (3 sequences of
+  // 3 floats, used as given).
   odb_FieldOutput getTransformedField(const odb_SequenceSequenceFloat& axes) const;
 
   const std::shared_ptr<odb_FieldData>& data() const { return m_data; }

@@ -190,6 +190,8 @@ std::unique_ptr<const store_Extrapolator> Build(const store_ElementClass& cls) {
       x->toNodes.push_back(0.5 * (e[a * points + p] + e[b * points + p]));
   std::vector<double> atCentroid(corners);
   CornerFunctions(shape, CentroidOf(shape), atCentroid.data());
+  x->corners = corners;
+  x->atPoints = s;
   x->toCentroid.assign(points, 0.0);
   for (int c = 0; c < corners; ++c)
     for (int p = 0; p < points; ++p) x->toCentroid[p] += atCentroid[c] * e[c * points + p];

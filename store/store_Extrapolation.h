@@ -29,6 +29,11 @@ struct store_Extrapolator {
   std::vector<double> toNodes;
   // points: value at the centroid = sum_j toCentroid[j] * ip[j]
   std::vector<double> toCentroid;
+  int corners = 0;  // the corner nodes, which come first in the connectivity
+  // points x corners, row-major: the corners' linear shape functions at each point, which carry
+  // nodal quantities (coordinates, displacements) to the points:
+  // x at point j = sum_c atPoints[j*corners+c] * x[c]
+  std::vector<double> atPoints;
 };
 
 // The extrapolator of an element class, built once per type name and kept (thread-safe);

@@ -175,6 +175,20 @@ CREATE TABLE field_block(
   PRIMARY KEY(field_id, block)) WITHOUT ROWID;
 )SQL";
 
+// The datum coordinate systems of the assembly. Made with the first system written rather than
+// with the file, so files written before systems could be stored read the same as new ones.
+inline constexpr const char* store_kCreateDatumCsysTable = R"SQL(
+CREATE TABLE IF NOT EXISTS datum_csys(
+  id INTEGER PRIMARY KEY,
+  name TEXT NOT NULL UNIQUE,
+  type INTEGER NOT NULL,
+  definition INTEGER NOT NULL,
+  instance TEXT NOT NULL DEFAULT '',
+  node_1 INTEGER NOT NULL DEFAULT -1,
+  node_2 INTEGER NOT NULL DEFAULT -1,
+  node_3 INTEGER NOT NULL DEFAULT -1,
+  geometry BLOB NOT NULL))SQL";
+
 // A reader: no memory map. Bulk arrays are read page by page straight into their destination
 // (store_PageReader); through a map, each fresh open would fault in every page it copies from.
 inline constexpr const char* store_kReaderPragmas = "PRAGMA mmap_size = 0;";

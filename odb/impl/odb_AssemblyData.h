@@ -20,9 +20,12 @@ struct odb_AssemblyData {
   odb_MeshList meshes;
   bool setsRead = false;
   odb_SetRepository nodeSets, elementSets, surfaces;
+  bool datumCsysesRead = false;
+  odb_DatumCsysRepository datumCsyses;
 
   void ReadInstances();
   void ReadSets();
+  void ReadDatumCsyses();
   odb_SetRepository& Repository(odb_Set::Type type);
   // An instance handle over `part`'s mesh.
   odb_Instance MakeInstance(const odb_String& name, const odb_DiscretePart& part,

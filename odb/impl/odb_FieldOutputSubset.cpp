@@ -1,4 +1,4 @@
-// odb_FieldOutput: subsets, scalar fields and transformed fields, all orphans.
+// odb_FieldOutput: subsets and scalar fields, all orphans.
 #include <algorithm>
 #include <cstring>
 #include <map>
@@ -184,52 +184,4 @@ odb_FieldOutput odb_FieldOutput::getScalarField(const odb_String& componentLabel
   if (component < 0 || component >= m_data->Width())
     odb_ThrowMessage(odb_CatalogueMessage(odb_FieldOutput_NOT_FOUND), kSource, 182);
   return Reduce(*m_data, [component](const float* c, int) { return c[component]; });
-}
-
-odb_FieldOutput odb_FieldOutput::getTransformedField(const odb_SequenceSequenceFloat& axes) const {
-  const odb_Enum::odb_DataTypeEnum type = m_data->type;
-  const bool tensor = store_TensorComponentCount(type) > 0;
-  if (type != odb_Enum::VECTOR && !tensor) FailSub(odb_SubField_TRANSFORM_NOT_ALLOWED, 189);
-  double to[9] = {1, 0, 0, 0, 1, 0, 0, 0, 1};
-  if (axes.size() != 3) odb_ThrowMessage("A rectangular system needs 3 axes.", kSource, 191);
-  for (int r = 0; r < 3; ++r) {
-    if (axes[r].size() != 3) odb_ThrowMessage("Each axis needs 3 components.", kSource, 193);
-    for (int c = 0; c < 3; ++c) to[r * 3 + c] = axes[r][c];
-  }
-  odb_FieldOutput out = odb_FilterField(*m_data, nullptr,
-                                        [](odb_SubFieldData&, std::size_t) { return true; });
-  std::shared_ptr<odb_FieldData>& data = out.m_data;
-  for (auto& sub : data->subFields) {
-    std::vector<int> all(sub->Locations());
-    for (std::size_t i = 0; i < all.size(); ++i) all[i] = static_cast<int>(i);
-    std::shared_ptr<odb_SubFieldData> moved = odb_PickLocations(*sub, all);
-    for (std::size_t i = 0; i < all.size(); ++i) {
-      // A value given in its own system (v = A g, A the rows of `own`) is first taken back to
-      // the global one: the rotation applied is to * own^T.
-      double matrix[9];
-      std::memcpy(matrix, to, sizeof matrix);
-      double own[9];
-      if (moved->orientationWidth &&
-          store_RotationAxes(moved->orientation.data() + i * moved->orientationWidth,
-                             moved->orientationWidth, own)) {
-        for (int r = 0; r < 3; ++r)
-          for (int c = 0; c < 3; ++c) {
-            double sum = 0;
-            for (int k = 0; k < 3; ++k) sum += to[r * 3 + k] * own[c * 3 + k];
-            matrix[r * 3 + c] = sum;
-          }
-      }
-      float* value = moved->data.data() + i * moved->width;
-      float rotated[9];
-      if (tensor)
-        store_RotateTensor(type, matrix, value, rotated);
-      else
-        store_RotateVector(matrix, value, rotated, moved->width);
-      std::memcpy(value, rotated, sizeof(float) * moved->width);
-    }
-    moved->orientationWidth = 0;
-    moved->orientation = odb_Run<float>();
-    sub = moved;
-  }
-  return out;
 }

@@ -57,16 +57,19 @@ odb_MeshData::odb_MeshData(std::shared_ptr<store_Mesh> storeMesh, const odb_Stri
   placed = true;
 }
 
-odb_Node odb_MeshData::NodeAt(int position) {
+void odb_MeshData::PlacedAt(int position, double xyz[3]) {
   const float* x = &mesh->NodeCoordinates()[3 * static_cast<std::size_t>(position)];
-  float xyz[3];
-  if (placed) {
-    for (int i = 0; i < 3; ++i)
-      xyz[i] = static_cast<float>(rotation[i][0] * x[0] + rotation[i][1] * x[1] +
-                                  rotation[i][2] * x[2] + shift[i]);
-  } else {
-    for (int i = 0; i < 3; ++i) xyz[i] = x[i];
-  }
+  for (int i = 0; i < 3; ++i)
+    xyz[i] = placed
+                 ? rotation[i][0] * x[0] + rotation[i][1] * x[1] + rotation[i][2] * x[2] + shift[i]
+                 : x[i];
+}
+
+odb_Node odb_MeshData::NodeAt(int position) {
+  double placedXyz[3];
+  PlacedAt(position, placedXyz);
+  const float xyz[3] = {static_cast<float>(placedXyz[0]), static_cast<float>(placedXyz[1]),
+                        static_cast<float>(placedXyz[2])};
   return odb_Node(mesh->NodeLabels()[position], position, MeshIndex(), xyz);
 }
 

@@ -39,6 +39,8 @@ struct odb_MeshData {
   int ElementCount() { return mesh->ElementCount(); }
   // Records by position; the caller checks the position.
   odb_Node NodeAt(int position);
+  // The placed coordinates of the node at `position`, in double; the caller checks the position.
+  void PlacedAt(int position, double xyz[3]);
   odb_Element ElementAt(int position);
 
  private:
