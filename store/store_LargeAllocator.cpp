@@ -1,5 +1,6 @@
 #include "store_LargeAllocator.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <iterator>
 #include <list>
@@ -7,6 +8,8 @@
 #include <mutex>
 #include <new>
 #include <unordered_map>
+
+#include <unistd.h>
 
 #ifdef __linux__
 #include <sys/mman.h>
@@ -16,12 +19,21 @@ namespace {
 
 const std::size_t kHugePage = 2u << 20;
 
-// The address sanitizer can only report a use after free of memory that is really freed.
+// At most 1 GiB, and an eighth of the machine's memory. The address sanitizer can only report a
+// use after free of memory that is really freed: it keeps nothing.
+std::size_t KeptLimit() {
 #if defined(__SANITIZE_ADDRESS__)
-const std::size_t kKeptLimit = 0;
+  return 0;
 #else
-const std::size_t kKeptLimit = std::size_t(1) << 30;
+  static const std::size_t limit = [] {
+    const long pages = sysconf(_SC_PHYS_PAGES), pageSize = sysconf(_SC_PAGESIZE);
+    const std::size_t gib = std::size_t(1) << 30;
+    if (pages <= 0 || pageSize <= 0) return gib;
+    return std::min(gib, static_cast<std::size_t>(pages) * static_cast<std::size_t>(pageSize) / 8);
+  }();
+  return limit;
 #endif
+}
 
 struct Kept {
   void* memory;
@@ -60,7 +72,7 @@ void* TakeKept(Pool& pool, std::size_t rounded) {
 
 // Frees the oldest kept blocks until `bytes` more fit under the limit.
 void MakeRoom(Pool& pool, std::size_t bytes) {
-  while (!pool.kept.empty() && pool.keptBytes + bytes > kKeptLimit) {
+  while (!pool.kept.empty() && pool.keptBytes + bytes > KeptLimit()) {
     const Kept oldest = pool.kept.front();
     auto range = pool.bySize.equal_range(oldest.size);
     for (auto it = range.first; it != range.second; ++it)
@@ -105,7 +117,7 @@ void store_FreeLarge(void* memory) {
   }
   const std::size_t size = it->second;
   pool.live.erase(it);
-  if (size > kKeptLimit) {
+  if (size > KeptLimit()) {
     std::free(memory);
     return;
   }

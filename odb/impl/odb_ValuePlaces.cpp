@@ -22,7 +22,7 @@ const odb_NodeMotion::Values& odb_NodeMotion::Of(const odb_String& instance) {
   m_field->ReadBlocks();
   for (const auto& sub : m_field->subFields) {
     if (sub->instanceName != instance || sub->position != odb_Enum::NODAL) continue;
-    const std::vector<int>& labels = sub->NodeLabels();
+    const odb_Run<int>& labels = sub->NodeLabels();
     const int width = std::min(sub->width, 3);
     for (std::size_t i = 0; i < labels.size(); ++i) {
       std::array<double, 3> v = {0, 0, 0};
@@ -70,12 +70,12 @@ void odb_ValuePlaces(odb_SubFieldData& sub, odb_NodeMotion& motion, std::vector<
     for (int k = 0; k < 3; ++k) out[k] += u[k];
   };
   if (sub.position == odb_Enum::NODAL || sub.position == odb_Enum::ELEMENT_NODAL) {
-    const std::vector<int>& labels = sub.NodeLabels();
+    const odb_Run<int>& labels = sub.NodeLabels();
     for (std::size_t i = 0; i < n; ++i) place(labels[i], &xyz[3 * i]);
     return;
   }
-  const std::vector<int>& elements = sub.ElementLabels();
-  const std::vector<int>& points = sub.IntegrationPoints();
+  const odb_Run<int>& elements = sub.ElementLabels();
+  const odb_Run<int>& points = sub.IntegrationPoints();
   std::unordered_map<int, const store_Extrapolator*> shapes;  // by the block's first position
   ElementPlace element;
   for (std::size_t i = 0; i < n; ++i) {
