@@ -14,6 +14,7 @@
 
 #include "store_PageReader.h"
 #include "store_Schema.h"
+#include "store_SharedFile.h"
 #include "store_Statement.h"
 
 namespace {
@@ -69,6 +70,7 @@ void store_Database::Close() {
   if (!m_readOnly) sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr);
   sqlite3_close_v2(m_db);
   m_db = nullptr;
+  m_file.reset();
 }
 
 void store_Database::Connect(int flags) {
@@ -77,6 +79,7 @@ void store_Database::Connect(int flags) {
     std::string reason = m_db ? sqlite3_errmsg(m_db) : sqlite3_errstr(rc);
     throw store_Error(reason + ".");
   }
+  m_file.reset(new store_SharedFile(m_path));
   sqlite3_extended_result_codes(m_db, 1);
   sqlite3_busy_timeout(m_db, 5000);
   m_cache.reset(new store_StatementCache(m_db));
@@ -408,7 +411,7 @@ void store_Database::GetArray(std::int64_t id, void* out) {
     if (offset + n > expected) break;
     // The statement now holds the read transaction whose snapshot the direct reads must see.
     if (offset == 0 && m_readOnly && store_PageReader::FileHoldsSnapshot(m_path))
-      direct.reset(new store_PageReader(m_db, ChunkTableRoot()));
+      direct.reset(new store_PageReader(m_file ? m_file->Descriptor() : -1, ChunkTableRoot()));
     char* at = static_cast<char*>(out) + offset;
     if (!direct || !direct->Read(q.Int64(0), 2, at, n)) {
       rc = blob ? sqlite3_blob_reopen(blob, q.Int64(0))

@@ -27,6 +27,7 @@ struct sqlite3;
 struct sqlite3_blob;
 class store_Statement;
 class store_StatementCache;
+class store_SharedFile;
 class store_Database;
 
 // A failure of the file; callers of the public interface see it as the odb_Exception it is, with
@@ -161,6 +162,8 @@ class store_Database {
   std::vector<std::shared_ptr<store_Deferred>> m_deferred;
   int m_logFile = -1;  // the log, opened for StartLogWriteback
   std::int64_t m_chunkRoot = 0;
+  // Held while the connection is open (see store_SharedFile).
+  std::unique_ptr<store_SharedFile> m_file;
 };
 
 // Writes one bulk array piece by piece, straight into the file's chunks, so that a caller that

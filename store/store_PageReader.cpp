@@ -1,7 +1,8 @@
 #include "store_PageReader.h"
 
-#include <sqlite3.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -11,6 +12,7 @@ namespace {
 
 const unsigned char kInteriorTable = 0x05, kLeafTable = 0x0D;
 const std::size_t kCachedPages = 64;
+const std::size_t kRunPages = 256;  // pages a read takes at most (IOV_MAX allows 512)
 
 std::uint32_t Get2(const unsigned char* p) { return (std::uint32_t(p[0]) << 8) | p[1]; }
 
@@ -46,25 +48,21 @@ std::uint64_t SerialSize(std::uint64_t type) {
 
 }  // namespace
 
-store_PageReader::store_PageReader(sqlite3* db, std::int64_t rootPage) {
-  sqlite3_file* file = nullptr;
-  if (sqlite3_file_control(db, "main", SQLITE_FCNTL_FILE_POINTER, &file) != SQLITE_OK || !file ||
-      !file->pMethods)
-    return;
-  m_file = file;
+store_PageReader::store_PageReader(int fd, std::int64_t rootPage) : m_fd(fd) {
   unsigned char header[100];
-  sqlite3_int64 fileSize = 0;
-  if (!ReadRaw(header, sizeof header, 0) || file->pMethods->xFileSize(file, &fileSize) != SQLITE_OK) {
-    m_file = nullptr;
+  struct stat st;
+  if (fd < 0 || !ReadRaw(header, sizeof header, 0) || ::fstat(fd, &st) != 0) {
+    m_fd = -1;
     return;
   }
   m_pageSize = Get2(header + 16) == 1 ? 65536 : Get2(header + 16);
-  if (m_pageSize < 512 || (m_pageSize & (m_pageSize - 1)) || header[20] >= m_pageSize / 2) {
-    m_file = nullptr;
+  // Pages with bytes reserved at their end (this library never makes them) would not abut.
+  if (m_pageSize < 512 || (m_pageSize & (m_pageSize - 1)) || header[20] != 0) {
+    m_fd = -1;
     return;
   }
-  m_usable = m_pageSize - header[20];
-  m_pageCount = static_cast<std::uint32_t>(fileSize / m_pageSize);
+  m_usable = m_pageSize;
+  m_pageCount = static_cast<std::uint32_t>(st.st_size / m_pageSize);
   m_root = static_cast<std::uint32_t>(rootPage);
 }
 
@@ -75,7 +73,7 @@ bool store_PageReader::FileHoldsSnapshot(const std::string& databasePath) {
 }
 
 bool store_PageReader::ReadRaw(void* out, std::size_t bytes, std::int64_t offset) {
-  return m_file->pMethods->xRead(m_file, out, static_cast<int>(bytes), offset) == SQLITE_OK;
+  return ::pread(m_fd, out, bytes, offset) == static_cast<ssize_t>(bytes);
 }
 
 const std::vector<unsigned char>* store_PageReader::Page(std::uint32_t number) {
@@ -143,7 +141,7 @@ bool store_PageReader::FindCell(std::int64_t rowid, const std::vector<unsigned c
 }
 
 bool store_PageReader::Read(std::int64_t rowid, int column, void* out, std::size_t bytes) {
-  if (!m_file) return false;
+  if (m_fd < 0) return false;
   const std::vector<unsigned char>* page = nullptr;
   std::size_t at = 0;
   if (!FindCell(rowid, page, at)) return false;
@@ -177,27 +175,36 @@ bool store_PageReader::Read(std::int64_t rowid, int column, void* out, std::size
       offset < local ? static_cast<std::size_t>(std::min<std::uint64_t>(local - offset, bytes)) : 0;
   std::memcpy(blob, start + offset, inLocal);
   if (inLocal == bytes) return true;
-  // The blob goes on into the overflow pages; it starts on the leaf page with a few bytes at least
-  // in every file this library writes.
-  if (inLocal < 4) return false;
   return CopyOverflow(Get4(start + local), blob, inLocal, bytes);
 }
 
 bool store_PageReader::CopyOverflow(std::uint32_t page, unsigned char* blob, std::size_t done,
                                     std::size_t bytes) {
+  // Overflow pages written in one go follow each other in the file. One read takes a run of
+  // pages on that guess, each page's 4-byte link into `links` and its content where it belongs;
+  // the links then tell how far the guess held, and the chain goes on from the first page that
+  // was not the next one.
   const std::size_t content = m_usable - 4;
+  unsigned char links[kRunPages][4];
+  struct iovec parts[2 * kRunPages];
   while (done < bytes) {
     if (page < 2 || page > m_pageCount) return false;
-    const std::size_t n = std::min(content, bytes - done);
-    // The page's 4-byte link lands just before its content, on bytes already copied, which are
-    // put back: one read puts the content where it belongs.
-    unsigned char* dest = blob + done;
-    unsigned char link[4];
-    std::memcpy(link, dest - 4, 4);
-    if (!ReadRaw(dest - 4, n + 4, std::int64_t(page - 1) * m_pageSize)) return false;
-    std::swap_ranges(link, link + 4, dest - 4);
-    done += n;
-    page = Get4(link);
+    const std::size_t left = (bytes - done + content - 1) / content;
+    const std::size_t run = std::min<std::size_t>({left, kRunPages, m_pageCount - page + 1});
+    std::size_t want = 0;
+    for (std::size_t i = 0; i < run; ++i) {
+      const std::size_t n = std::min(content, bytes - done - i * content);
+      parts[2 * i] = {&links[i], 4};
+      parts[2 * i + 1] = {blob + done + i * content, n};
+      want += 4 + n;
+    }
+    if (::preadv(m_fd, parts, static_cast<int>(2 * run), std::int64_t(page - 1) * m_pageSize) !=
+        static_cast<ssize_t>(want))
+      return false;
+    std::size_t good = 1;
+    while (good < run && Get4(links[good - 1]) == page + good) ++good;
+    done = std::min(bytes, done + good * content);
+    page = Get4(links[good - 1]);
   }
   return true;
 }

@@ -4,13 +4,15 @@
 // Through SQLite, a large blob is read page by page into SQLite's page cache and copied from
 // there (or copied out of a memory map, paying a page fault per few pages), which made reading
 // field data several times slower than reading a plain file. This reader finds the row by
-// walking the table's b-tree itself and reads each overflow page of the blob with one read,
-// through the connection's own file handle, into the destination, using the documented file
-// format. It is used only where that is safe: the connection holds a read transaction, has
-// written nothing, and the write-ahead log is empty, so every page of its snapshot is in the
-// database file and no checkpoint can change them while the transaction lasts. Anything it
-// does not expect (a page of an unknown kind, a pointer out of range, a length that does not
-// match) makes Read return false, and the caller reads the blob through SQLite instead.
+// walking the table's b-tree itself, following the documented file format, and reads the blob's
+// chain of overflow pages through the file's shared descriptor (store_SharedFile): each system
+// read takes a run of consecutive pages, their contents straight into the destination and
+// their links aside. It is used only where that is safe: the connection holds a read
+// transaction, has written nothing, and the write-ahead log is empty, so every page of its
+// snapshot is in the database file and no checkpoint can change them while the transaction
+// lasts. Anything it does not expect (a page of an unknown kind, a pointer out of range, a
+// length that does not match, reserved bytes in pages) makes Read return false, and the caller
+// reads the blob through SQLite instead.
 //
 // One object per read transaction: the pages it caches belong to that snapshot.
 #ifndef STORE_PAGEREADER_H
@@ -22,13 +24,10 @@
 #include <string>
 #include <vector>
 
-struct sqlite3;
-struct sqlite3_file;
-
 class store_PageReader {
  public:
-  // A reader of the table whose b-tree starts at `rootPage` in the main database of `db`.
-  store_PageReader(sqlite3* db, std::int64_t rootPage);
+  // A reader, through descriptor `fd`, of the table whose b-tree starts at `rootPage`.
+  store_PageReader(int fd, std::int64_t rootPage);
 
   // Whether the connection's snapshot can be read from the file: `databasePath`'s log holds no
   // frames. Call it while a statement of the transaction is active.
@@ -42,11 +41,11 @@ class store_PageReader {
   const std::vector<unsigned char>* Page(std::uint32_t number);
   bool ReadRaw(void* out, std::size_t bytes, std::int64_t offset);
   bool FindCell(std::int64_t rowid, const std::vector<unsigned char>*& page, std::size_t& at);
-  // Copies bytes `done` (at least 4) to `bytes` of a blob that starts at `blob`, from its
-  // overflow chain starting at `page`.
+  // Copies bytes `done` to `bytes` of a blob that starts at `blob`, from its overflow chain
+  // starting at `page`.
   bool CopyOverflow(std::uint32_t page, unsigned char* blob, std::size_t done, std::size_t bytes);
 
-  sqlite3_file* m_file = nullptr;
+  int m_fd = -1;
   std::uint32_t m_root = 0, m_pageSize = 0, m_usable = 0, m_pageCount = 0;
   std::map<std::uint32_t, std::vector<unsigned char>> m_pages;  // b-tree pages read so far
 };

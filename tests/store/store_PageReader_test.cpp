@@ -11,6 +11,7 @@
 
 #include "TempDir.h"
 #include "store_Database.h"
+#include "store_SharedFile.h"
 
 namespace {
 
@@ -47,7 +48,8 @@ void ExpectChunksReadLikeSqlite(const std::string& path) {
   sqlite3_prepare_v2(db, "SELECT rootpage FROM sqlite_schema WHERE name = 'array_chunk'", -1, &root,
                      nullptr);
   ASSERT_EQ(sqlite3_step(root), SQLITE_ROW);
-  store_PageReader reader(db, sqlite3_column_int64(root, 0));
+  store_SharedFile file(path);
+  store_PageReader reader(file.Descriptor(), sqlite3_column_int64(root, 0));
   sqlite3_finalize(root);
   sqlite3_stmt* chunks = nullptr;
   sqlite3_prepare_v2(db, "SELECT rowid, data FROM array_chunk", -1, &chunks, nullptr);
@@ -74,6 +76,18 @@ TEST(StorePageReader, ReadsBlobsOfEveryShapeAsSqliteDoes) {
   // Kept on the leaf page; one overflow page exactly; a partial last page; several 4 MiB chunks.
   WriteArrays(path, {1, 4, 8000, 65532 + 9000, 65532 * 3 + 1, (4u << 20) * 2 + 13});
   ExpectChunksReadLikeSqlite(path);
+  // A blob whose overflow pages were freed by others, so that its chain jumps about the file.
+  TempDir freed;
+  const std::string freedPath = freed.file("c.odb");
+  const std::vector<std::int64_t> ids = WriteArrays(freedPath, {300000, 300000, 300000});
+  sqlite3* db = nullptr;
+  ASSERT_EQ(sqlite3_open(freedPath.c_str(), &db), SQLITE_OK);
+  const std::string refill = "DELETE FROM array_chunk WHERE array_id IN (" +
+                             std::to_string(ids[0]) + ", " + std::to_string(ids[2]) +
+                             "); INSERT INTO array_chunk VALUES (99, 0, randomblob(600000));";
+  ASSERT_EQ(sqlite3_exec(db, refill.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
+  sqlite3_close(db);
+  ExpectChunksReadLikeSqlite(freedPath);
   // Enough rows for the table's b-tree to grow interior pages.
   TempDir many;
   const std::string manyPath = many.file("b.odb");
@@ -99,14 +113,18 @@ TEST(StorePageReader, GivesUpOnWhatDoesNotMatch) {
                      row = sqlite3_column_int64(q, 2);
   sqlite3_finalize(q);
   std::vector<unsigned char> out(70000);
-  store_PageReader reader(db, table);
+  store_SharedFile file(path);
+  store_PageReader reader(file.Descriptor(), table);
   EXPECT_TRUE(reader.Read(row, 2, out.data(), out.size()));
   EXPECT_FALSE(reader.Read(row + 1, 2, out.data(), out.size())) << "a row that is not there";
   EXPECT_FALSE(reader.Read(row, 2, out.data(), out.size() - 1)) << "a length that differs";
   EXPECT_FALSE(reader.Read(row, 0, out.data(), out.size())) << "a column that is no blob";
-  EXPECT_FALSE(store_PageReader(db, index).Read(row, 2, out.data(), out.size())) << "an index";
-  EXPECT_FALSE(store_PageReader(db, 1 << 30).Read(row, 2, out.data(), out.size()))
+  EXPECT_FALSE(store_PageReader(file.Descriptor(), index).Read(row, 2, out.data(), out.size()))
+      << "an index";
+  EXPECT_FALSE(store_PageReader(file.Descriptor(), 1 << 30).Read(row, 2, out.data(), out.size()))
       << "a page beyond the file";
+  EXPECT_FALSE(store_PageReader(-1, table).Read(row, 2, out.data(), out.size()))
+      << "no descriptor";
   sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr);
   sqlite3_close(db);
 }
