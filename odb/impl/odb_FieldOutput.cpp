@@ -102,7 +102,7 @@ void odb_FieldData::ReadBlocks() {
       const bool known = asm_ && asm_->instances.isMember(instance);
       target = odb_SubFieldData::FromBlock(b, type, known ? asm_->instances.get(instance)
                                                           : odb_Instance(), store);
-      target->Check(name, Width());
+      target->Check(name, Width(), known);
       assemblyLevel = assemblyLevel || target->AssemblyLevel();
       subFields.push_back(target);
     }

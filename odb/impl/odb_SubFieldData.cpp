@@ -19,9 +19,11 @@ odb_String Number(long long n) {
   return odb_String(std::to_string(n).c_str());
 }
 
-// The number of items of `itemBytes` that `bytes` hold, a partial item counting as one.
-long long Items(std::size_t bytes, std::size_t itemBytes) {
-  return static_cast<long long>((bytes + itemBytes - 1) / itemBytes);
+// The number of items of `itemBytes` that `bytes` hold where `wanted` bytes were expected,
+// rounded away from the expected count so that a partial item never reads as that count.
+long long Items(std::size_t bytes, std::size_t itemBytes, std::size_t wanted) {
+  const std::size_t items = bytes / itemBytes;
+  return static_cast<long long>(bytes > wanted && bytes % itemBytes ? items + 1 : items);
 }
 
 // Whether `width` is the component count of one of the tensor kinds.
@@ -94,7 +96,7 @@ std::size_t odb_SubFieldData::Locations() const {
   return labels.size() * perLabel + m_unreadLocations;
 }
 
-void odb_SubFieldData::Check(const odb_String& field, int fieldWidth) {
+void odb_SubFieldData::Check(const odb_String& field, int fieldWidth, bool instanceKnown) {
   auto fault = [this](odb_SubFieldEnm code, const odb_String& argument) {
     m_faulty = true;
     m_fault = code;
@@ -112,7 +114,7 @@ void odb_SubFieldData::Check(const odb_String& field, int fieldWidth) {
     m_perElement = 1;
 
   if (instanceName.Empty()) return fault(odb_SubField_NO_PART_INSTANCE, field);
-  if (!instance.data()) return fault(odb_SubField_MESH_INDEX_NAMED, field);
+  if (!instanceKnown) return fault(odb_SubField_MESH_INDEX_NAMED, field);
   switch (type) {
     case odb_Enum::SCALAR:
       if (width != 1) return fault(odb_SubField_SCALAR_LENGTH, odb_String());
@@ -144,6 +146,13 @@ void odb_SubFieldData::Check(const odb_String& field, int fieldWidth) {
     default:
       return fault(odb_SubField_UNKNOWN_DATATYPE, odb_String());
   }
+
+  // Only tensors carry orientations, as a planar rotation (2 floats) or a quaternion (4): a
+  // tensor oriented otherwise is one the reader does not implement.
+  if (orientationWidth != 0 && store_TensorComponentCount(type) == 0)
+    return fault(odb_SubField_TRANSFORM_NOT_ALLOWED, odb_String());
+  if (orientationWidth != 0 && orientationWidth != 2 && orientationWidth != 4)
+    return fault(odb_SubField_TENSOR_NOT_IMPLEMENTED, odb_String());
 
   const int number = sectionPoint.number();
   if (number < 0 || position == odb_Enum::NODAL) return;
@@ -200,8 +209,9 @@ void odb_SubFieldData::CheckArrays(const store_FieldBlockRecord& b) const {
   if (count < 0 || b.perLabel != m_perElement) FailLength(expected, count * b.perLabel);
   store_Database& db = *store;
   const std::size_t labelBytes = db.ArrayBytes(b.labels);
-  if (labelBytes != static_cast<std::size_t>(count) * sizeof(int))
-    FailLength(expected, Items(labelBytes, sizeof(int)) * m_perElement);
+  const std::size_t labelsWanted = static_cast<std::size_t>(count) * sizeof(int);
+  if (labelBytes != labelsWanted)
+    FailLength(expected, Items(labelBytes, sizeof(int), labelsWanted) * m_perElement);
   const std::size_t row = static_cast<std::size_t>(width) * sizeof(float);
   const std::size_t wanted = static_cast<std::size_t>(expected) * row;
   const std::size_t dataBytes = db.ArrayBytes(b.data);
@@ -213,13 +223,14 @@ void odb_SubFieldData::CheckArrays(const store_FieldBlockRecord& b) const {
   if (dataBytes != wanted || conjugateBytes != wanted) {
     const int factor = complex ? 2 : 1;
     FailLength(factor * expected,
-               Items(dataBytes, row) + (complex ? Items(conjugateBytes, row) : 0));
+               Items(dataBytes, row, wanted) + (complex ? Items(conjugateBytes, row, wanted) : 0));
   }
   if (orientationWidth) {
     const std::size_t orientationRow = static_cast<std::size_t>(orientationWidth) * sizeof(float);
     const std::size_t orientationBytes = db.ArrayBytes(b.orientation);
-    if (orientationBytes != static_cast<std::size_t>(expected) * orientationRow)
-      FailLength(expected, Items(orientationBytes, orientationRow));
+    const std::size_t orientationWanted = static_cast<std::size_t>(expected) * orientationRow;
+    if (orientationBytes != orientationWanted)
+      FailLength(expected, Items(orientationBytes, orientationRow, orientationWanted));
   }
 }
 

@@ -120,9 +120,9 @@ struct odb_SubFieldData {
 
   // Checks what the rows of a stored sub-field's first block say against the definition of the
   // field named `field` (`fieldWidth` floats per value, 0 when not settled) and against the
-  // instance found for it (`instance`, empty when the assembly has none of the block's name);
+  // assembly (`instanceKnown`: whether it holds the block's instance, which `instance` then is);
   // records the first fault for Refuse. Reads no array.
-  void Check(const odb_String& field, int fieldWidth);
+  void Check(const odb_String& field, int fieldWidth, bool instanceKnown);
   // Whether the block names no instance: data of the assembly itself, which the reader cannot
   // place on a mesh.
   bool AssemblyLevel() const { return m_fault == odb_SubField_NO_PART_INSTANCE; }
