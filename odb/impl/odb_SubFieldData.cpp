@@ -133,9 +133,9 @@ void odb_SubFieldData::Check(const odb_String& field, int fieldWidth, bool insta
       // A width of another kind holds a tensor the field's kind cannot read; a width of no kind
       // holds a tensor of a kind the reader does not implement.
       if (width != store_TensorComponentCount(type))
-        return fault(IsTensorWidth(width) ? odb_SubField_FLOAT_TENSOR
-                                          : odb_SubField_TENSOR_NOT_IMPLEMENTED,
-                     odb_String());
+        return fault(
+            IsTensorWidth(width) ? odb_SubField_FLOAT_TENSOR : odb_SubField_TENSOR_NOT_IMPLEMENTED,
+            odb_String());
       break;
     case odb_Enum::QUATERNION_3D:
     case odb_Enum::QUATERNION_2D:
@@ -167,8 +167,8 @@ void odb_SubFieldData::Check(const odb_String& field, int fieldWidth, bool insta
   // of the same type define it, and defined for none otherwise.
   bool elsewhere = false;
   for (const store_ElementBlock& block : mesh.mesh->ElementBlocks())
-    elsewhere = elsewhere ||
-                (block.type == typeName && defines(odb_FromText(block.sectionCategory)));
+    elsewhere =
+        elsewhere || (block.type == typeName && defines(odb_FromText(block.sectionCategory)));
   fault(elsewhere ? odb_SubField_SECTION_POINT_INVALID : odb_SubField_SECTION_POINT_NUMBER,
         Number(number));
 }
@@ -177,14 +177,11 @@ void odb_SubFieldData::Refuse(odb_SubFieldView view) const {
   if (!m_faulty) return;
   const bool bulk = view == odb_SubFieldView::BULK_DATA;
   odb_SubFieldEnm code = m_fault;
-  odb_String argument = m_faultArgument;
   if (code == odb_SubField_NO_PART_INSTANCE && bulk)
     code = odb_SubField_NO_MESH_INDEX_NAMED;
-  else if (code == odb_SubField_NO_PART_INSTANCE)
-    argument = odb_String();
   else if (code == odb_SubField_QUATERNIONS_NOT_PROCESSED && bulk)
     code = odb_SubField_QUATERNIONS_NOT_READ;
-  odb_ThrowMessage(odb_CatalogueMessage(code, {argument}), kSource, __LINE__);
+  odb_ThrowMessage(odb_CatalogueMessage(code, {m_faultArgument}), kSource, __LINE__);
 }
 
 void odb_SubFieldData::FailLength(long long expected, long long given) const {
@@ -300,7 +297,8 @@ const odb_Run<int>& odb_SubFieldData::NodeLabels() {
         if (at < 0) continue;
         const store_ElementBlock& block = mesh.BlockOf(at);
         const std::size_t first =
-            block.connectivityStart + static_cast<std::size_t>(at - block.first) * block.nodesPerElement;
+            block.connectivityStart +
+            static_cast<std::size_t>(at - block.first) * block.nodesPerElement;
         for (int k = 0; k < perLabel && k < block.nodesPerElement; ++k)
           m_nodeLabels[e * perLabel + k] = connectivity[first + k];
       }

@@ -41,8 +41,8 @@ class StoredBlocks : public FieldFile {
 
   // SQL that cuts the last `bytes` bytes from the array in column `column` of a block.
   static std::string Shorten(const char* name, int block, const char* column, int bytes) {
-    const std::string id = "(SELECT " + std::string(column) + " FROM field_block" +
-                           Block(name, block) + ")";
+    const std::string id =
+        "(SELECT " + std::string(column) + " FROM field_block" + Block(name, block) + ")";
     const std::string n = std::to_string(bytes);
     return "UPDATE array_chunk SET data = substr(data, 1, length(data) - " + n +
            ") WHERE array_id = " + id + "; UPDATE array SET bytes = bytes - " + n +
@@ -78,7 +78,6 @@ TEST_F(StoredBlocks, BlocksThatNameNoInstanceOfTheAssemblyAreRefusedByEachView) 
   EXPECT_EQ(u.values()[5].nodeLabel(), 6);
   EXPECT_FLOAT_EQ(u.values()[5].data()[2], 102);
   EXPECT_FLOAT_EQ(u.bulkDataBlocks()[1].data()[3], 100);
-
 }
 
 TEST_F(StoredBlocks, BlocksThatNameAnInstanceTheAssemblyLacksAreRefused) {
@@ -160,23 +159,28 @@ TEST_F(StoredBlocks, ArraysThatDisagreeWithTheirBlockGiveTheComposedLengthMessag
   const std::string lead = "Length of data sequence incorrect. Data at ";
   const odb_FieldOutput& u = Field("U");
   EXPECT_EQ(MessageOf([&] { u.values()[0]; }),
-            lead + "4 locations expected. Data at 3 locations provided. Nodal data request "
-                   "failed.");
+            lead +
+                "4 locations expected. Data at 3 locations provided. Nodal data request "
+                "failed.");
   EXPECT_FLOAT_EQ(u.values()[4].data()[0], 0);
   const odb_FieldOutput& stress = Field("S");
   EXPECT_EQ(MessageOf([&] { stress.bulkDataBlocks()[0].data(); }),
-            lead + "8 locations expected. Data at 4 locations provided. Element data request "
-                   "failed. Element type is C3D8. Data at 8 integration points per element "
-                   "expected.");
+            lead +
+                "8 locations expected. Data at 4 locations provided. Element data request "
+                "failed. Element type is C3D8. Data at 8 integration points per element "
+                "expected.");
   EXPECT_EQ(MessageOf([&] { stress.bulkDataBlocks()[1].data(); }),
-            lead + "4 locations expected. Data at 3 locations provided. Element data request "
-                   "failed. Element type is C3D4. Data at 4 nodes per element expected.");
+            lead +
+                "4 locations expected. Data at 3 locations provided. Element data request "
+                "failed. Element type is C3D4. Data at 4 nodes per element expected.");
   EXPECT_EQ(MessageOf([&] { stress.bulkDataBlocks()[2].data(); }),
-            lead + "4 locations expected. Data at 3 locations provided. Element data request "
-                   "failed. Element type is C3D8. Data at 1 location per element expected.");
+            lead +
+                "4 locations expected. Data at 3 locations provided. Element data request "
+                "failed. Element type is C3D8. Data at 1 location per element expected.");
   EXPECT_EQ(MessageOf([&] { stress.bulkDataBlocks()[3].data(); }),
-            lead + "1 locations expected. Data at 0 locations provided. Element data request "
-                   "failed. Element type is C3D8. Data at 1 location per element expected.");
+            lead +
+                "1 locations expected. Data at 0 locations provided. Element data request "
+                "failed. Element type is C3D8. Data at 1 location per element expected.");
   // The two integration-point blocks of C3D8 form one sub-field: the good one is refused with
   // the bad, and the elements of the other blocks read.
   EXPECT_EQ(stress.bulkDataBlocks().size(), 4);
