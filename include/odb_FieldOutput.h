@@ -12,7 +12,9 @@
 //
 // Reading: values(), bulkDataBlocks() and locations() are built on first use and rebuilt after
 // more data are added; a sub-field's arrays are read from the file once, on first use. Sub-fields
-// are listed in the order they were first written. One thread at a time.
+// are listed in the order they were first written. Stored sub-fields that cannot be read are
+// refused when their values or bulk data are first used (messages in odb_SubField.h). One thread
+// at a time.
 #ifndef ODB_FIELDOUTPUT_H
 #define ODB_FIELDOUTPUT_H
 
@@ -136,6 +138,8 @@ class odb_FieldOutput {
   const odb_SequenceFieldValue& values() const;
   const odb_FieldValue& value(int i) const { return values().constGet(i); }
   const odb_SequenceFieldBulkData& bulkDataBlocks() const;
+  // Throws "Unable to determine mesh index for field\nField results on assembly level meshes are
+  // not currently supported." when a stored sub-field names no instance.
   const odb_SequenceFieldLocation& locations() const;
   const odb_FieldLocation& location(int i) const { return locations().constGet(i); }
   odb_SequenceString baseElementTypes() const { return values().baseElementTypes(); }
@@ -145,6 +149,7 @@ class odb_FieldOutput {
   // Values at `position`; ELEMENT_NODAL and CENTROID are extrapolated from integration points
   // when the field has none of their own.
   odb_FieldOutput getSubset(odb_Enum::odb_ResultPositionEnum position) const;
+  // Values in a node or element set; a surface is refused with "Unknown Set type.".
   odb_FieldOutput getSubset(const odb_Set& region) const;
   odb_FieldOutput getSubset(const odb_Instance& instance) const;
   odb_FieldOutput getSubset(const odb_Element& element) const;

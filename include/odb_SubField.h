@@ -3,6 +3,31 @@
 //
 // A handle: copies share the group, whose arrays are read from the file on first use (see
 // odb_FieldBulkData, the same group as arrays). One thread at a time.
+//
+// Stored groups that the reader cannot turn into values (a file from another program, or a
+// damaged one) are refused with the messages below when the group's values are built (a value of
+// odb_FieldOutput::values(), a subset or scalar field that looks at its locations) or its bulk
+// data are (any accessor of its odb_FieldBulkData); the other groups of the field still read.
+// Each refusal comes again on every later use:
+// - a group of no instance (assembly level): "Unable to determine part instance for field.\n
+//   Assembly level results ..." for values, "Unable to determine mesh index for field NAME.\n
+//   Assembly level results ..." for bulk data, and "Unable to determine mesh index for field\n
+//   Field results on assembly level meshes ..." from odb_FieldOutput::locations();
+//   a group of an instance the assembly lacks: "Unable to determine mesh index for field NAME";
+// - the field's type: quaternions "Quaternion results not processed." (values) or "Quaternions
+//   result not read." (bulk data); BOOLEAN and INTEGER "Invalid results type for field."; a code
+//   of no type "Unknown datatype not processed.";
+// - floats per value: SCALAR other than 1 "SCALAR data should be of length 1."; VECTOR and MATRIX
+//   other than the field's components "Data items should be of length N"; a tensor of another
+//   kind's width, or stored in double precision, "Invalid data: must be float tensor."; a tensor
+//   of a width of no kind, or oriented by other than 2 or 4 floats, "Tensor type not
+//   implemented."; an orientation on other than a tensor "Transformation not allowed for scalar,
+//   vector or matrix data.";
+// - a section point that the group's section category lacks: "Section point not valid for
+//   elements." when other elements of its type define it, else "Section Point number N.";
+// - arrays or locations per element that disagree with the group's count: "Length of data
+//   sequence incorrect. ..." composed as addData composes it, with the counts in locations.
+// "Double tensor data expected." is never raised: field data are always single precision.
 #ifndef ODB_SUBFIELD_H
 #define ODB_SUBFIELD_H
 
@@ -69,12 +94,15 @@ class odb_SubField {
   odb_String elementType() const;
   odb_String sectionCategoryName() const;
   odb_SectionPoint sectionPoint() const;
-  // The name of the set the group was written for (an internal "api_set N" set).
+  // The name of the set the group was written for (an internal "api_set N" set); throws
+  // "orphaned field" for a handle that holds no group.
   odb_String setName() const;
   // The number of values (locations).
   int size() const;
   // For a group of a subset: the positions, in the group it was taken from, of the locations it
-  // kept; for a stored group, every position.
+  // kept; for a stored group, every position. Throws "orphaned field" for a handle that holds no
+  // group, and "Subfield spanning subsets is invalid." for extrapolated values (element nodal or
+  // centroid values derived from integration points), each of which spans several locations.
   odb_SequenceInt getSubsetIndices() const;
 
   const std::shared_ptr<odb_SubFieldData>& data() const { return m_data; }

@@ -16,6 +16,7 @@ odb_FieldBulkData::odb_FieldBulkData(std::shared_ptr<odb_SubFieldData> block)
 odb_SubFieldData& odb_FieldBulkData::Block() const {
   static odb_SubFieldData empty;
   if (!m_block) return empty;
+  m_block->Refuse(odb_SubFieldView::BULK_DATA);
   m_block->Load();
   return *m_block;
 }

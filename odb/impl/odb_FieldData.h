@@ -48,6 +48,9 @@ struct odb_FieldData {
 
   bool blocksRead = false;
   std::vector<std::shared_ptr<odb_SubFieldData>> subFields;
+  // Whether a stored block names no instance (data of the assembly itself): the locations of
+  // such a field cannot be listed.
+  bool assemblyLevel = false;
 
   bool viewsBuilt = false;
   odb_SequenceFieldValue values;

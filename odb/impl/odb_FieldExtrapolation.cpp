@@ -31,6 +31,7 @@ std::shared_ptr<odb_SubFieldData> Carry(odb_SubFieldData& sub,
   auto out = odb_SubFieldData::SameIdentity(sub);
   out->position = position;
   out->perLabel = per;
+  out->derived = true;
   out->orientationWidth = 0;
   const std::size_t elements = sub.labels.size(), w = static_cast<std::size_t>(sub.width);
   out->labels.Assign(sub.labels.data(), elements);

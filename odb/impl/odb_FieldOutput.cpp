@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "odb_FieldData.h"
+#include "odb_Message.h"
 #include "odb_Util.h"
 #include "store_Field.h"
 #include "store_Tensor.h"
@@ -101,6 +102,8 @@ void odb_FieldData::ReadBlocks() {
       const bool known = asm_ && asm_->instances.isMember(instance);
       target = odb_SubFieldData::FromBlock(b, type, known ? asm_->instances.get(instance)
                                                           : odb_Instance(), store);
+      target->Check(name, Width(), known);
+      assemblyLevel = assemblyLevel || target->AssemblyLevel();
       subFields.push_back(target);
     }
     target->AddBlock(b);
@@ -185,5 +188,8 @@ const odb_SequenceFieldBulkData& odb_FieldOutput::bulkDataBlocks() const {
 
 const odb_SequenceFieldLocation& odb_FieldOutput::locations() const {
   m_data->BuildViews();
+  if (m_data->assemblyLevel)
+    odb_ThrowMessage(odb_CatalogueMessage(odb_SubField_NO_MESH_INDEX), "odb/impl/odb_SubField",
+                     __LINE__);
   return m_data->locations;
 }

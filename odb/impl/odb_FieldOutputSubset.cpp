@@ -90,6 +90,8 @@ odb_FieldOutput odb_FieldOutput::getSubset(odb_Enum::odb_ResultPositionEnum posi
 }
 
 odb_FieldOutput odb_FieldOutput::getSubset(const odb_Set& region) const {
+  if (region.type() != odb_Set::NODE_SET && region.type() != odb_Set::ELEMENT_SET)
+    FailSub(odb_SubField_UNKNOWN_SET_TYPE, __LINE__);
   const bool nodes = region.type() == odb_Set::NODE_SET;
   // Member labels per instance, sorted, found once per instance.
   auto members = std::make_shared<std::map<std::string, std::vector<int>>>();

@@ -78,7 +78,11 @@ std::shared_ptr<odb_FieldData> FieldOf(const odb_FrameFields& frame, const store
   auto data = std::make_shared<odb_FieldData>();
   data->name = odb_FromText(r.name);
   data->description = odb_FromText(r.description);
-  data->type = static_cast<odb_Enum::odb_DataTypeEnum>(r.type);
+  // A code of no data type (a file from elsewhere) becomes one the enumeration can hold: the
+  // field is then "Unknown Type" and its values are refused as such when read.
+  const int lastQuaternion = odb_Enum::QUATERNION_2D;
+  data->type = static_cast<odb_Enum::odb_DataTypeEnum>(
+      r.type >= 0 && r.type <= lastQuaternion ? r.type : lastQuaternion + 1);
   for (const std::string& label : r.componentLabels)
     data->componentLabels.append(odb_FromText(label));
   for (int invariant : r.invariants)

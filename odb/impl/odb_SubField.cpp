@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "odb_Message.h"
 #include "odb_SubFieldData.h"
 
 const uti_LabelRow<odb_SubFieldEnm> uti_LabelTable<odb_SubFieldEnm, 1>::rows[] = {
@@ -55,6 +56,17 @@ const uti_LabelRow<odb_SubFieldEnm> uti_LabelTable<odb_SubFieldEnm, 1>::rows[] =
     {"orphaned field", "odb_SubField_MSGID_29", odb_SubField_ORPHANED},
     {nullptr, nullptr, {}}};
 
+namespace {
+
+const char* const kSource = "odb/impl/odb_SubField";
+
+// A sub-field handle that holds no group belongs to no field: it has no set and no locations.
+[[noreturn]] void Orphaned(int site) {
+  odb_ThrowMessage(odb_CatalogueMessage(odb_SubField_ORPHANED), kSource, site);
+}
+
+}  // namespace
+
 odb_SubField::odb_SubField(std::shared_ptr<odb_SubFieldData> data) : m_data(std::move(data)) {}
 
 odb_Enum::odb_ResultPositionEnum odb_SubField::position() const {
@@ -77,14 +89,17 @@ odb_SectionPoint odb_SubField::sectionPoint() const {
   return m_data ? m_data->sectionPoint : odb_SectionPoint();
 }
 odb_String odb_SubField::setName() const {
-  return m_data ? m_data->setName : odb_String();
+  if (!m_data) Orphaned(__LINE__);
+  return m_data->setName;
 }
 int odb_SubField::size() const {
   return m_data ? static_cast<int>(m_data->Locations()) : 0;
 }
 odb_SequenceInt odb_SubField::getSubsetIndices() const {
+  if (!m_data) Orphaned(__LINE__);
+  if (m_data->derived)
+    odb_ThrowMessage(odb_CatalogueMessage(odb_SubField_SPANNING_SUBSETS), kSource, __LINE__);
   odb_SequenceInt indices;
-  if (!m_data) return indices;
   if (!m_data->subsetIndices.empty())
     return odb_SequenceInt(m_data->subsetIndices.data(),
                            static_cast<int>(m_data->subsetIndices.size()));

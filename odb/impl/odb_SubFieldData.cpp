@@ -1,22 +1,38 @@
 #include "odb_SubFieldData.h"
 
 #include <algorithm>
+#include <string>
 
 #include "odb_EntityData.h"
+#include "odb_Message.h"
 #include "odb_Util.h"
 #include "store_Database.h"
+#include "store_ElementLibrary.h"
 #include "store_Mesh.h"
 #include "store_Tensor.h"
 
 namespace {
 
-// Reads array `id` into `out` at `offset` values, checking that it holds `count` of them.
-template <class T>
-void ReadInto(store_Database& db, std::int64_t id, odb_Run<T>& out, std::size_t offset,
-              std::size_t count) {
-  if (db.ArrayBytes(id) != count * sizeof(T))
-    throw store_Error("Field array " + std::to_string(id) + " does not match its block.");
-  db.GetArray(id, out.data() + offset);
+const char* const kSource = "odb/impl/odb_SubField";
+
+odb_String Number(long long n) {
+  return odb_String(std::to_string(n).c_str());
+}
+
+// The number of items of `itemBytes` that `bytes` hold where `wanted` bytes were expected,
+// rounded away from the expected count so that a partial item never reads as that count.
+long long Items(std::size_t bytes, std::size_t itemBytes, std::size_t wanted) {
+  const std::size_t items = bytes / itemBytes;
+  return static_cast<long long>(bytes > wanted && bytes % itemBytes ? items + 1 : items);
+}
+
+// Whether `width` is the component count of one of the tensor kinds.
+bool IsTensorWidth(int width) {
+  for (odb_Enum::odb_DataTypeEnum kind :
+       {odb_Enum::TENSOR_3D_FULL, odb_Enum::TENSOR_3D_PLANAR, odb_Enum::TENSOR_3D_SURFACE,
+        odb_Enum::TENSOR_2D_PLANAR, odb_Enum::TENSOR_2D_SURFACE})
+    if (store_TensorComponentCount(kind) == width) return true;
+  return false;
 }
 
 }  // namespace
@@ -39,6 +55,7 @@ std::shared_ptr<odb_SubFieldData> odb_SubFieldData::FromBlock(const store_FieldB
   sub->perLabel = b.perLabel;
   sub->orientationWidth = b.orientationWidth;
   sub->complex = b.conjugate != 0;
+  sub->m_perElement = b.perLabel;  // the writer's own blocks; Check settles it for stored ones
   sub->store = std::move(store);
   return sub;
 }
@@ -57,6 +74,7 @@ std::shared_ptr<odb_SubFieldData> odb_SubFieldData::SameIdentity(const odb_SubFi
   sub->perLabel = source.perLabel;
   sub->orientationWidth = source.orientationWidth;
   sub->complex = source.complex;
+  sub->derived = source.derived;
   return sub;
 }
 
@@ -78,8 +96,145 @@ std::size_t odb_SubFieldData::Locations() const {
   return labels.size() * perLabel + m_unreadLocations;
 }
 
+void odb_SubFieldData::Check(const odb_String& field, int fieldWidth, bool instanceKnown) {
+  auto fault = [this](odb_SubFieldEnm code, const odb_String& argument) {
+    m_faulty = true;
+    m_fault = code;
+    m_faultArgument = argument;
+  };
+  // Element-nodal data of a user element have as many locations as the row says: only the mesh,
+  // which the reader does not load for this, knows its nodes.
+  const std::string typeName = odb_ToText(elementType);
+  const store_ElementClass* cls = store_FindElementClass(typeName);
+  if (position == odb_Enum::INTEGRATION_POINT)
+    m_perElement = store_ElementClassOf(typeName, 0).integrationPoints;
+  else if (position == odb_Enum::ELEMENT_NODAL)
+    m_perElement = cls ? cls->nodesPerElement : perLabel;
+  else
+    m_perElement = 1;
+
+  if (instanceName.Empty()) return fault(odb_SubField_NO_PART_INSTANCE, field);
+  if (!instanceKnown) return fault(odb_SubField_MESH_INDEX_NAMED, field);
+  switch (type) {
+    case odb_Enum::SCALAR:
+      if (width != 1) return fault(odb_SubField_SCALAR_LENGTH, odb_String());
+      break;
+    case odb_Enum::VECTOR:
+    case odb_Enum::MATRIX: {
+      const int wanted = fieldWidth > 0 ? fieldWidth : std::max(width, 1);
+      if (width != wanted) return fault(odb_SubField_ITEM_LENGTH, Number(wanted));
+      break;
+    }
+    case odb_Enum::TENSOR_3D_FULL:
+    case odb_Enum::TENSOR_3D_PLANAR:
+    case odb_Enum::TENSOR_3D_SURFACE:
+    case odb_Enum::TENSOR_2D_PLANAR:
+    case odb_Enum::TENSOR_2D_SURFACE:
+      // A width of another kind holds a tensor the field's kind cannot read; a width of no kind
+      // holds a tensor of a kind the reader does not implement.
+      if (width != store_TensorComponentCount(type))
+        return fault(
+            IsTensorWidth(width) ? odb_SubField_FLOAT_TENSOR : odb_SubField_TENSOR_NOT_IMPLEMENTED,
+            odb_String());
+      break;
+    case odb_Enum::QUATERNION_3D:
+    case odb_Enum::QUATERNION_2D:
+      return fault(odb_SubField_QUATERNIONS_NOT_PROCESSED, odb_String());
+    case odb_Enum::BOOLEAN:
+    case odb_Enum::INTEGER:
+      return fault(odb_SubField_BAD_TYPE, odb_String());
+    default:
+      return fault(odb_SubField_UNKNOWN_DATATYPE, odb_String());
+  }
+
+  // Only tensors carry orientations, as a planar rotation (2 floats) or a quaternion (4): a
+  // tensor oriented otherwise is one the reader does not implement.
+  if (orientationWidth != 0 && store_TensorComponentCount(type) == 0)
+    return fault(odb_SubField_TRANSFORM_NOT_ALLOWED, odb_String());
+  if (orientationWidth != 0 && orientationWidth != 2 && orientationWidth != 4)
+    return fault(odb_SubField_TENSOR_NOT_IMPLEMENTED, odb_String());
+
+  const int number = sectionPoint.number();
+  if (number < 0 || position == odb_Enum::NODAL) return;
+  odb_MeshData& mesh = *instance.data()->mesh;
+  auto defines = [&mesh, number](const odb_String& category) {
+    if (!mesh.categories || category.Empty()) return false;
+    const odb_SectionCategory found = mesh.categories(category);
+    return !found.isEmpty() && found.hasSectionPoint(number);
+  };
+  if (defines(sectionCategory)) return;
+  // The block's category lacks the point: it is "not valid for elements" when other elements
+  // of the same type define it, and defined for none otherwise.
+  bool elsewhere = false;
+  for (const store_ElementBlock& block : mesh.mesh->ElementBlocks())
+    elsewhere =
+        elsewhere || (block.type == typeName && defines(odb_FromText(block.sectionCategory)));
+  fault(elsewhere ? odb_SubField_SECTION_POINT_INVALID : odb_SubField_SECTION_POINT_NUMBER,
+        Number(number));
+}
+
+void odb_SubFieldData::Refuse(odb_SubFieldView view) const {
+  if (!m_faulty) return;
+  const bool bulk = view == odb_SubFieldView::BULK_DATA;
+  odb_SubFieldEnm code = m_fault;
+  if (code == odb_SubField_NO_PART_INSTANCE && bulk)
+    code = odb_SubField_NO_MESH_INDEX_NAMED;
+  else if (code == odb_SubField_QUATERNIONS_NOT_PROCESSED && bulk)
+    code = odb_SubField_QUATERNIONS_NOT_READ;
+  odb_ThrowMessage(odb_CatalogueMessage(code, {m_faultArgument}), kSource, __LINE__);
+}
+
+void odb_SubFieldData::FailLength(long long expected, long long given) const {
+  odb_String text = odb_CatalogueMessage(odb_SubField_LENGTH, {Number(expected), Number(given)});
+  text += " ";
+  if (position == odb_Enum::NODAL) {
+    text += odb_CatalogueMessage(odb_SubField_NODAL_FAILED);
+  } else {
+    text += odb_CatalogueMessage(odb_SubField_ELEMENT_FAILED, {elementType});
+    if (position == odb_Enum::INTEGRATION_POINT)
+      text += odb_CatalogueMessage(odb_SubField_PER_POINT, {Number(m_perElement)});
+    else if (position == odb_Enum::ELEMENT_NODAL)
+      text += odb_CatalogueMessage(odb_SubField_PER_NODE, {Number(m_perElement)});
+    else
+      text += odb_CatalogueMessage(odb_SubField_PER_ELEMENT);
+  }
+  odb_ThrowMessage(text, kSource, __LINE__);
+}
+
+void odb_SubFieldData::CheckArrays(const store_FieldBlockRecord& b) const {
+  const long long count = b.count, expected = count * m_perElement;
+  if (count < 0 || b.perLabel != m_perElement) FailLength(expected, count * b.perLabel);
+  store_Database& db = *store;
+  const std::size_t labelBytes = db.ArrayBytes(b.labels);
+  const std::size_t labelsWanted = static_cast<std::size_t>(count) * sizeof(int);
+  if (labelBytes != labelsWanted)
+    FailLength(expected, Items(labelBytes, sizeof(int), labelsWanted) * m_perElement);
+  const std::size_t row = static_cast<std::size_t>(width) * sizeof(float);
+  const std::size_t wanted = static_cast<std::size_t>(expected) * row;
+  const std::size_t dataBytes = db.ArrayBytes(b.data);
+  const std::size_t conjugateBytes = complex ? db.ArrayBytes(b.conjugate) : wanted;
+  // Tensors written in double precision: as many components, twice the bytes.
+  const bool tensor = store_TensorComponentCount(type) > 0;
+  if (tensor && wanted > 0 && (dataBytes == 2 * wanted || conjugateBytes == 2 * wanted))
+    odb_ThrowMessage(odb_CatalogueMessage(odb_SubField_FLOAT_TENSOR), kSource, __LINE__);
+  if (dataBytes != wanted || conjugateBytes != wanted) {
+    const int factor = complex ? 2 : 1;
+    FailLength(factor * expected,
+               Items(dataBytes, row, wanted) + (complex ? Items(conjugateBytes, row, wanted) : 0));
+  }
+  if (orientationWidth) {
+    const std::size_t orientationRow = static_cast<std::size_t>(orientationWidth) * sizeof(float);
+    const std::size_t orientationBytes = db.ArrayBytes(b.orientation);
+    const std::size_t orientationWanted = static_cast<std::size_t>(expected) * orientationRow;
+    if (orientationBytes != orientationWanted)
+      FailLength(expected, Items(orientationBytes, orientationRow, orientationWanted));
+  }
+}
+
 void odb_SubFieldData::Load() {
   if (unread.empty()) return;
+  Refuse(odb_SubFieldView::VALUES);
+  for (const store_FieldBlockRecord& b : unread) CheckArrays(b);
   std::size_t labelCount = labels.size();
   for (const store_FieldBlockRecord& b : unread) labelCount += b.count;
   const std::size_t locations = labelCount * perLabel;
@@ -90,12 +245,11 @@ void odb_SubFieldData::Load() {
   if (orientationWidth) orientation.Resize(locations * orientationWidth);
   for (const store_FieldBlockRecord& b : unread) {
     const std::size_t n = static_cast<std::size_t>(b.count) * perLabel;
-    ReadInto(*store, b.labels, labels, label, b.count);
-    ReadInto(*store, b.data, data, location * width, n * width);
-    if (complex) ReadInto(*store, b.conjugate, conjugate, location * width, n * width);
+    store->GetArray(b.labels, labels.data() + label);
+    store->GetArray(b.data, data.data() + location * width);
+    if (complex) store->GetArray(b.conjugate, conjugate.data() + location * width);
     if (orientationWidth)
-      ReadInto(*store, b.orientation, orientation, location * orientationWidth,
-               n * orientationWidth);
+      store->GetArray(b.orientation, orientation.data() + location * orientationWidth);
     label += b.count;
     location += n;
   }
@@ -143,7 +297,8 @@ const odb_Run<int>& odb_SubFieldData::NodeLabels() {
         if (at < 0) continue;
         const store_ElementBlock& block = mesh.BlockOf(at);
         const std::size_t first =
-            block.connectivityStart + static_cast<std::size_t>(at - block.first) * block.nodesPerElement;
+            block.connectivityStart +
+            static_cast<std::size_t>(at - block.first) * block.nodesPerElement;
         for (int k = 0; k < perLabel && k < block.nodesPerElement; ++k)
           m_nodeLabels[e * perLabel + k] = connectivity[first + k];
       }

@@ -4,6 +4,11 @@
 // A stored sub-field knows its blocks and reads their arrays on first use, all of them into one
 // run per array; a subset's or a computed field's sub-field holds its arrays from the start. The
 // per-location label arrays and the Mises values are derived once, on first request.
+//
+// Stored blocks may come from another program or a damaged file. What their rows say about the
+// field (type, width, instance, section point) is checked once, when the field's blocks are
+// first read (Check); the array lengths are checked per block before a sub-field's arrays are
+// read (Load). Either refusal leaves the sub-field unread, so every later use refuses it again.
 #ifndef ODB_SUBFIELDDATA_H
 #define ODB_SUBFIELDDATA_H
 
@@ -16,6 +21,7 @@
 #include "odb_Instance.h"
 #include "odb_SectionPoint.h"
 #include "odb_String.h"
+#include "odb_SubField.h"
 #include "store_Field.h"
 #include "store_LargeAllocator.h"
 
@@ -71,6 +77,10 @@ class odb_Run {
   std::size_t m_size = 0, m_capacity = 0;
 };
 
+// The view of a field that asks for a sub-field's contents: a refused sub-field names its fault
+// differently when values or bulk data are built from it.
+enum class odb_SubFieldView { VALUES, BULK_DATA };
+
 struct odb_SubFieldData {
   odb_Enum::odb_ResultPositionEnum position = odb_Enum::NODAL;
   odb_Enum::odb_DataTypeEnum type = odb_Enum::SCALAR;
@@ -94,6 +104,9 @@ struct odb_SubFieldData {
   odb_Run<float> data, conjugate, orientation;
   // For subsets: the positions in the source sub-field of the locations kept.
   std::vector<int> subsetIndices;
+  // Set when each location was derived from several stored ones (extrapolation), so that no
+  // location has a position in a stored sub-field.
+  bool derived = false;
 
   // A stored sub-field whose identity is that of block `b`, of a field of `type`; no blocks yet.
   static std::shared_ptr<odb_SubFieldData> FromBlock(const store_FieldBlockRecord& b,
@@ -105,7 +118,19 @@ struct odb_SubFieldData {
   // Whether block `b` belongs to this sub-field.
   bool Holds(const store_FieldBlockRecord& b) const;
 
-  // Reads the blocks not read yet.
+  // Checks what the rows of a stored sub-field's first block say against the definition of the
+  // field named `field` (`fieldWidth` floats per value, 0 when not settled) and against the
+  // assembly (`instanceKnown`: whether it holds the block's instance, which `instance` then is);
+  // records the first fault for Refuse. Reads no array.
+  void Check(const odb_String& field, int fieldWidth, bool instanceKnown);
+  // Whether the block names no instance: data of the assembly itself, which the reader cannot
+  // place on a mesh.
+  bool AssemblyLevel() const { return m_fault == odb_SubField_NO_PART_INSTANCE; }
+  // Throws the fault that Check found, as `view` reports it; returns for a readable sub-field.
+  void Refuse(odb_SubFieldView view) const;
+
+  // Reads the blocks not read yet; throws the fault that Check found, or the composed length
+  // message for a block whose arrays disagree with its count, before reading anything.
   void Load();
   // A stored block of this sub-field, added after its first ones.
   void AddBlock(const store_FieldBlockRecord& block);
@@ -124,6 +149,16 @@ struct odb_SubFieldData {
   const odb_Run<float>& Mises();
 
  private:
+  // Throws the length message of a block: `expected` and `given` locations.
+  [[noreturn]] void FailLength(long long expected, long long given) const;
+  // Checks the lengths of the arrays of stored block `b` against its count.
+  void CheckArrays(const store_FieldBlockRecord& b) const;
+
+  bool m_faulty = false;
+  odb_SubFieldEnm m_fault = odb_SubField_NO_MESH_INDEX;
+  odb_String m_faultArgument;  // the field's name or a number, for messages with a %s
+  // Locations per label that the element type calls for; set by Check.
+  int m_perElement = 1;
   std::size_t m_unreadLocations = 0;
   odb_Run<int> m_elementLabels, m_nodeLabels, m_integrationPoints;
   odb_Run<float> m_mises;
