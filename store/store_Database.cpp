@@ -347,6 +347,7 @@ void store_ArrayWriter::CloseChunk() {
 void store_ArrayWriter::NextChunk() {
   CloseChunk();
   if (m_chunk >= 0) m_db.StartLogWriteback();
+  for (const char* sql : store_kAppendPoints) m_db.Sql(sql).Step();
   ++m_chunk;
   m_chunkBytes = std::min(kChunkBytes, m_bytes - m_written);
   m_chunkWritten = 0;

@@ -18,6 +18,8 @@
 namespace {
 
 const std::size_t kHugePage = 2u << 20;
+// Blocks from this size on are kept for reuse, their sizes rounded to 64 KiB below a huge page.
+const std::size_t kKeptFrom = 256u << 10, kKeptGrain = 64u << 10;
 
 // At most 1 GiB, and an eighth of the machine's memory. The address sanitizer can only report a
 // use after free of memory that is really freed: it keeps nothing.
@@ -87,20 +89,22 @@ void MakeRoom(Pool& pool, std::size_t bytes) {
 }  // namespace
 
 void* store_AllocateLarge(std::size_t bytes) {
-  if (bytes < kHugePage) {
+  if (bytes < kKeptFrom) {
     void* memory = std::malloc(bytes > 0 ? bytes : 1);
     if (!memory) throw std::bad_alloc();
     return memory;
   }
-  const std::size_t rounded = (bytes + kHugePage - 1) / kHugePage * kHugePage;
+  const bool huge = bytes >= kHugePage;
+  const std::size_t grain = huge ? kHugePage : kKeptGrain;
+  const std::size_t rounded = (bytes + grain - 1) / grain * grain;
   Pool& pool = ThePool();
   std::lock_guard<std::mutex> lock(pool.mutex);
   if (void* memory = TakeKept(pool, rounded)) return memory;
-  void* memory = std::aligned_alloc(kHugePage, rounded);
+  void* memory = huge ? std::aligned_alloc(kHugePage, rounded) : std::malloc(rounded);
   if (!memory) throw std::bad_alloc();
 #ifdef __linux__
   // Advice only: where huge pages are off the memory works the same, faulted page by page.
-  madvise(memory, rounded, MADV_HUGEPAGE);
+  if (huge) madvise(memory, rounded, MADV_HUGEPAGE);
 #endif
   pool.live.emplace(memory, rounded);
   return memory;

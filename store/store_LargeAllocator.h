@@ -6,11 +6,11 @@
 // 2 MiB and more are therefore aligned to 2 MiB and advised as huge pages (Linux
 // MADV_HUGEPAGE), one fault per 2 MiB; smaller blocks, and systems without the advice, get plain
 // memory. Even with huge pages the system clears every fresh page, which costs as much as
-// copying into it: freed large blocks are therefore kept and handed out again for requests of
-// their size (up to a quarter smaller), up to 1 GiB or an eighth of the machine's memory in all,
-// the oldest freed going first. They stay resident until reused or until odb_finalizeAPI hands
-// them back (store_ReleaseKeptLarge). Marking them free to the system instead (MADV_FREE) made
-// reusing them slower than fresh memory. Any thread (one lock).
+// copying into it: freed blocks of 256 KiB and more are therefore kept and handed out again for
+// requests of their size (up to a quarter smaller), up to 1 GiB or an eighth of the machine's
+// memory in all, the oldest freed going first. They stay resident until reused or until
+// odb_finalizeAPI hands them back (store_ReleaseKeptLarge). Marking them free to the system
+// instead (MADV_FREE) made reusing them slower than fresh memory. Any thread (one lock).
 #ifndef STORE_LARGEALLOCATOR_H
 #define STORE_LARGEALLOCATOR_H
 

@@ -189,6 +189,20 @@ CREATE TABLE IF NOT EXISTS datum_csys(
   node_3 INTEGER NOT NULL DEFAULT -1,
   geometry BLOB NOT NULL))SQL";
 
+// The last rows of the tables that saves append to while large arrays are written: frames,
+// field outputs (table and name index), field blocks and arrays. Reading them after each chunk
+// keeps their pages at the warm end of SQLite's cache. Otherwise the chunks' pages push them out
+// to the log, the next row added writes them there a second time, and one page written twice
+// in a transaction makes its commit read the whole log back to checksum it again (a third of
+// the time of saving a large field).
+inline constexpr const char* store_kAppendPoints[] = {
+    "SELECT 1 FROM frame ORDER BY step_id DESC, frame_index DESC LIMIT 1",
+    "SELECT 1 FROM field_output ORDER BY id DESC LIMIT 1",
+    "SELECT 1 FROM field_output ORDER BY step_id DESC, frame_index DESC, name DESC LIMIT 1",
+    "SELECT 1 FROM field_block ORDER BY field_id DESC, block DESC LIMIT 1",
+    "SELECT 1 FROM array ORDER BY id DESC LIMIT 1",
+};
+
 // A reader: no memory map. Bulk arrays are read page by page straight into their destination
 // (store_PageReader); through a map, each fresh open would fault in every page it copies from.
 inline constexpr const char* store_kReaderPragmas = "PRAGMA mmap_size = 0;";
