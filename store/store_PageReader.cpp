@@ -140,7 +140,8 @@ bool store_PageReader::FindCell(std::int64_t rowid, const std::vector<unsigned c
   return false;
 }
 
-bool store_PageReader::Read(std::int64_t rowid, int column, void* out, std::size_t bytes) {
+bool store_PageReader::Start(std::int64_t rowid, int column, void* out, std::size_t bytes,
+                             Rest& rest) {
   if (m_fd < 0) return false;
   const std::vector<unsigned char>* page = nullptr;
   std::size_t at = 0;
@@ -174,12 +175,18 @@ bool store_PageReader::Read(std::int64_t rowid, int column, void* out, std::size
   const std::size_t inLocal =
       offset < local ? static_cast<std::size_t>(std::min<std::uint64_t>(local - offset, bytes)) : 0;
   std::memcpy(blob, start + offset, inLocal);
-  if (inLocal == bytes) return true;
-  return CopyOverflow(Get4(start + local), blob, inLocal, bytes);
+  rest.blob = blob;
+  rest.done = inLocal;
+  rest.bytes = bytes;
+  rest.page = inLocal < bytes ? Get4(start + local) : 0;
+  return true;
 }
 
-bool store_PageReader::CopyOverflow(std::uint32_t page, unsigned char* blob, std::size_t done,
-                                    std::size_t bytes) {
+bool store_PageReader::CopyRest(const Rest& rest) const {
+  std::uint32_t page = rest.page;
+  unsigned char* const blob = rest.blob;
+  std::size_t done = rest.done;
+  const std::size_t bytes = rest.bytes;
   // Overflow pages written in one go follow each other in the file. One read takes a run of
   // pages on that guess, each page's 4-byte link into `links` and its content where it belongs;
   // the links then tell how far the guess held, and the chain goes on from the first page that

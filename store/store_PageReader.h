@@ -33,17 +33,32 @@ class store_PageReader {
   // frames. Call it while a statement of the transaction is active.
   static bool FileHoldsSnapshot(const std::string& databasePath);
 
-  // Copies the `bytes` bytes of the blob in column `column` of row `rowid` into `out`; false
-  // when the row or its layout is not as expected (then `out` may hold part of the blob).
-  bool Read(std::int64_t rowid, int column, void* out, std::size_t bytes);
+  // What is left of a blob to copy from its chain of overflow pages: bytes `done` to `bytes` of
+  // the blob that starts at `blob`, the chain starting at `page`.
+  struct Rest {
+    std::uint32_t page = 0;
+    unsigned char* blob = nullptr;
+    std::size_t done = 0, bytes = 0;
+  };
+
+  // Copies the part of the blob in column `column` of row `rowid` that its leaf page holds into
+  // `out` (which holds `bytes`), and says in `rest` what CopyRest must still copy; false when
+  // the row or its layout is not as expected.
+  bool Start(std::int64_t rowid, int column, void* out, std::size_t bytes, Rest& rest);
+  // Copies `rest` from the overflow pages; false when the chain is not as expected (then the
+  // blob may be copied in part). Safe on several threads at once, for different blobs, while
+  // the read transaction lasts.
+  bool CopyRest(const Rest& rest) const;
+  // Both, for one blob.
+  bool Read(std::int64_t rowid, int column, void* out, std::size_t bytes) {
+    Rest rest;
+    return Start(rowid, column, out, bytes, rest) && CopyRest(rest);
+  }
 
  private:
   const std::vector<unsigned char>* Page(std::uint32_t number);
   bool ReadRaw(void* out, std::size_t bytes, std::int64_t offset);
   bool FindCell(std::int64_t rowid, const std::vector<unsigned char>*& page, std::size_t& at);
-  // Copies bytes `done` to `bytes` of a blob that starts at `blob`, from its overflow chain
-  // starting at `page`.
-  bool CopyOverflow(std::uint32_t page, unsigned char* blob, std::size_t done, std::size_t bytes);
 
   int m_fd = -1;
   std::uint32_t m_root = 0, m_pageSize = 0, m_usable = 0, m_pageCount = 0;

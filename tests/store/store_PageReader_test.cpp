@@ -129,6 +129,19 @@ TEST(StorePageReader, GivesUpOnWhatDoesNotMatch) {
   sqlite3_close(db);
 }
 
+TEST(StorePageReader, ArraysLargeEnoughForTwoThreadsReadBackWhole) {
+  TempDir dir;
+  const std::string path = dir.file("a.odb");
+  const std::vector<std::size_t> sizes = {(20u << 20) + 5, 3u << 20};
+  const std::vector<std::int64_t> ids = WriteArrays(path, sizes);
+  auto db = store_Database::Open(path, true);
+  for (std::size_t i = 0; i < ids.size(); ++i) {
+    std::vector<unsigned char> got(sizes[i]);
+    db->GetArray(ids[i], got.data());
+    EXPECT_EQ(got, Pattern(sizes[i], static_cast<unsigned>(i))) << "array " << i;
+  }
+}
+
 TEST(StorePageReader, ReadersOfAFileWithLoggedPagesReadThroughSqlite) {
   TempDir dir;
   const std::string path = dir.file("a.odb");
