@@ -19,15 +19,15 @@
 //   of no type "Unknown datatype not processed.";
 // - floats per value: SCALAR other than 1 "SCALAR data should be of length 1."; VECTOR and MATRIX
 //   other than the field's components "Data items should be of length N"; a tensor of another
-//   kind's width, or stored in double precision, "Invalid data: must be float tensor."; a tensor
-//   of a width of no kind, or oriented by other than 2 or 4 floats, "Tensor type not
+//   kind's width, or stored in double precision, "Invalid data: must be float tensor." (but
+//   complex data whose real parts are double and imaginary parts single, "Double tensor data
+//   expected."); a tensor of a width of no kind, or oriented by other than 2 or 4 floats, "Tensor type not
 //   implemented."; an orientation on other than a tensor "Transformation not allowed for scalar,
 //   vector or matrix data.";
 // - a section point that the group's section category lacks: "Section point not valid for
 //   elements." when other elements of its type define it, else "Section Point number N.";
 // - arrays or locations per element that disagree with the group's count: "Length of data
 //   sequence incorrect. ..." composed as addData composes it, with the counts in locations.
-// "Double tensor data expected." is never raised: field data are always single precision.
 #ifndef ODB_SUBFIELD_H
 #define ODB_SUBFIELD_H
 

@@ -213,8 +213,12 @@ void odb_SubFieldData::CheckArrays(const store_FieldBlockRecord& b) const {
   const std::size_t wanted = static_cast<std::size_t>(expected) * row;
   const std::size_t dataBytes = db.ArrayBytes(b.data);
   const std::size_t conjugateBytes = complex ? db.ArrayBytes(b.conjugate) : wanted;
-  // Tensors written in double precision: as many components, twice the bytes.
+  // Tensors written in double precision: as many components, twice the bytes. Complex parts
+  // written in two precisions are refused as such: the imaginary parts of double data must be
+  // double too.
   const bool tensor = store_TensorComponentCount(type) > 0;
+  if (tensor && wanted > 0 && complex && dataBytes == 2 * wanted && conjugateBytes == wanted)
+    odb_ThrowMessage(odb_CatalogueMessage(odb_SubField_DOUBLE_TENSOR), kSource, __LINE__);
   if (tensor && wanted > 0 && (dataBytes == 2 * wanted || conjugateBytes == 2 * wanted))
     odb_ThrowMessage(odb_CatalogueMessage(odb_SubField_FLOAT_TENSOR), kSource, __LINE__);
   if (dataBytes != wanted || conjugateBytes != wanted) {

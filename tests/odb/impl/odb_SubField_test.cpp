@@ -201,6 +201,20 @@ TEST_F(StoredBlocks, TensorsStoredInDoublePrecisionAreRefused) {
   EXPECT_FLOAT_EQ(Field("S").values()[2].data()[1], 1);
 }
 
+TEST_F(StoredBlocks, ComplexTensorsWithPartsInTwoPrecisionsAreRefused) {
+  odb_FieldOutput& c = m_frame.FieldOutput("C", "", odb_Enum::TENSOR_2D_PLANAR);
+  c.addData(odb_Enum::CENTROID, *m_instance, Ints({1, 2}), Table(2, 3), odb_SectionPoint(),
+            odb_SequenceSequenceFloat(), Table(2, 3));
+  Damage(
+      "UPDATE array_chunk SET data = data || data WHERE array_id = (SELECT data FROM "
+      "field_block" +
+      Block("C", 0) +
+      ");"
+      "UPDATE array SET bytes = 2 * bytes WHERE id = (SELECT data FROM field_block" +
+      Block("C", 0) + ");");
+  EXPECT_EQ(MessageOf([&] { Field("C").values()[0]; }), "Double tensor data expected.");
+}
+
 TEST_F(StoredBlocks, SectionPointsTheElementsDoNotDefineAreRefused) {
   odb_FieldOutput& s = m_frame.FieldOutput("S", "", odb_Enum::TENSOR_3D_FULL);
   s.addData(odb_Enum::CENTROID, *m_instance, Ints({4}), Table(1, 6), odb_SectionPoint(1, "Bottom"));
