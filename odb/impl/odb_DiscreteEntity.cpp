@@ -99,13 +99,13 @@ odb_Element odb_DiscreteEntity::elements(int i) const {
 }
 
 odb_Node odb_DiscreteEntity::getNodeFromLabel(int label) const {
-  odb_Mesh mesh(m_data->mesh);
-  return m_data->mesh->NodeAt(mesh.nodePosition(label));
+  odb_MeshData& mesh = *m_data->mesh;
+  return mesh.NodeAt(mesh.NodePositionOf(label), label);
 }
 
 odb_Element odb_DiscreteEntity::getElementFromLabel(int label) const {
-  odb_Mesh mesh(m_data->mesh);
-  return m_data->mesh->ElementAt(mesh.elementPosition(label));
+  odb_MeshData& mesh = *m_data->mesh;
+  return mesh.ElementAt(mesh.ElementPositionOf(label), label);
 }
 
 odb_SetRepository& odb_DiscreteEntity::nodeSets() {

@@ -66,11 +66,15 @@ void odb_MeshData::PlacedAt(int position, double xyz[3]) {
 }
 
 odb_Node odb_MeshData::NodeAt(int position) {
+  return NodeAt(position, mesh->NodeLabels()[position]);
+}
+
+odb_Node odb_MeshData::NodeAt(int position, int label) {
   double placedXyz[3];
   PlacedAt(position, placedXyz);
   const float xyz[3] = {static_cast<float>(placedXyz[0]), static_cast<float>(placedXyz[1]),
                         static_cast<float>(placedXyz[2])};
-  return odb_Node(mesh->NodeLabels()[position], position, MeshIndex(), xyz);
+  return odb_Node(label, position, MeshIndex(), xyz);
 }
 
 void odb_MeshData::ResolveBlocks() {
@@ -87,13 +91,17 @@ void odb_MeshData::ResolveBlocks() {
 }
 
 odb_Element odb_MeshData::ElementAt(int position) {
+  return ElementAt(position, mesh->ElementLabels()[position]);
+}
+
+odb_Element odb_MeshData::ElementAt(int position, int label) {
   const store_ElementBlock& block = mesh->BlockOf(position);
   std::size_t b = static_cast<std::size_t>(&block - mesh->ElementBlocks().data());
   if (b >= m_blockTypes.size()) ResolveBlocks();
   const int* nodes = &mesh->Connectivity()[block.connectivityStart +
                                            static_cast<std::size_t>(position - block.first) *
                                                block.nodesPerElement];
-  return odb_Element::FromLabels(mesh->ElementLabels()[position], position, nodes,
+  return odb_Element::FromLabels(label, position, nodes,
                                  block.nodesPerElement, m_blockTypes[b], m_blockCategories[b],
                                  m_blockGeometry[b], MeshIndex(), m_blockPoints[b], mesh);
 }
@@ -124,14 +132,24 @@ odb_Element odb_Mesh::element(int i) const {
   return m_data->ElementAt(i);
 }
 
-int odb_Mesh::nodePosition(int label) const {
-  int position = m_data ? m_data->mesh->NodePosition(label) : -1;
+int odb_MeshData::NodePositionOf(int label) {
+  const int position = mesh->NodePosition(label);
   if (position < 0) Throw(odb_Mesh_INVALID_NODE_LABEL, 117);
   return position;
 }
 
-int odb_Mesh::elementPosition(int label) const {
-  int position = m_data ? m_data->mesh->ElementPosition(label) : -1;
+int odb_MeshData::ElementPositionOf(int label) {
+  const int position = mesh->ElementPosition(label);
   if (position < 0) Throw(odb_Mesh_INVALID_ELEMENT_LABEL, 123);
   return position;
+}
+
+int odb_Mesh::nodePosition(int label) const {
+  if (!m_data) Throw(odb_Mesh_INVALID_NODE_LABEL, 117);
+  return m_data->NodePositionOf(label);
+}
+
+int odb_Mesh::elementPosition(int label) const {
+  if (!m_data) Throw(odb_Mesh_INVALID_ELEMENT_LABEL, 123);
+  return m_data->ElementPositionOf(label);
 }

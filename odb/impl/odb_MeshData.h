@@ -37,11 +37,17 @@ struct odb_MeshData {
   int MeshIndex() const { return static_cast<int>(mesh->PartId()); }
   int NodeCount() { return mesh->NodeCount(); }
   int ElementCount() { return mesh->ElementCount(); }
-  // Records by position; the caller checks the position.
+  // Positions by label; throw the mesh's "invalid label" messages for labels it lacks.
+  int NodePositionOf(int label);
+  int ElementPositionOf(int label);
+  // Records by position (and label, when the caller knows it: one memory access less); the
+  // caller checks the position.
   odb_Node NodeAt(int position);
+  odb_Node NodeAt(int position, int label);
   // The placed coordinates of the node at `position`, in double; the caller checks the position.
   void PlacedAt(int position, double xyz[3]);
   odb_Element ElementAt(int position);
+  odb_Element ElementAt(int position, int label);
 
  private:
   // Resolves the blocks not yet resolved (elements added since are new blocks at the end).
