@@ -82,6 +82,7 @@ void odb_finalize(int& count) {
     kModules[i].down();
     if (g_observer) g_observer(kModules[i].name, false);
   }
+  store_ReleaseKeptLarge();
 }
 
 void odb_initializeAPI() {
@@ -97,7 +98,6 @@ void odb_finalizeAPI() {
   if (g_apiNesting == 0 || --g_apiNesting != 0) return;
   --g_apiCount;
   odb_finalize(g_apiCount);
-  store_ReleaseKeptLarge();
   thr_ThreadSingleton<wip_WIP>::Instance().Uninstall();
   g_reporter.reset();
 }
