@@ -126,13 +126,18 @@ std::vector<Group> Split(const Input& in, odb_MeshData& meshData) {
   std::vector<Group> groups;
   if (nodal) groups.emplace_back();
   std::map<std::pair<std::string, std::string>, std::size_t> byKey;
+  // The group of the element block met last: labels come mostly block by block.
+  const store_ElementBlock* lastBlock = nullptr;
+  std::size_t lastGroup = 0;
   int row = 0;
   for (int k = 0; k < in.labelCount; ++k) {
     const int label = in.labels[k];
     const int at = nodal ? mesh.NodePosition(label) : mesh.ElementPosition(label);
     if (at < 0) Fail(odb_FieldOutput_UNDEFINED_LABELS, {}, 150);
     std::size_t gi = 0;
-    if (!nodal) {
+    if (!nodal && &mesh.BlockOf(at) == lastBlock) {
+      gi = lastGroup;
+    } else if (!nodal) {
       const store_ElementBlock& block = mesh.BlockOf(at);
       auto key = std::make_pair(block.type, block.sectionCategory);
       auto found = byKey.find(key);
@@ -148,6 +153,8 @@ std::vector<Group> Split(const Input& in, odb_MeshData& meshData) {
         groups.push_back(std::move(g));
       }
       gi = found->second;
+      lastBlock = &block;
+      lastGroup = gi;
     }
     Group& g = groups[gi];
     g.labels.push_back(label);
