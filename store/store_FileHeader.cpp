@@ -1,6 +1,5 @@
 // Checks a database file from its first 100 bytes, without opening it through SQLite, so that a
 // file that is not ours is refused cheaply and without side effects (no journal or lock files).
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -8,6 +7,7 @@
 #include <cstring>
 
 #include "store_Database.h"
+#include "store_SharedFile.h"
 
 namespace {
 
@@ -29,17 +29,19 @@ bool Exists(const std::string& path) {
 }  // namespace
 
 int store_Database::SchemaVersion(const std::string& path) {
-  int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) throw store_Error(std::strerror(errno) + std::string("."));
+  // Read through the file's shared descriptor: closing a descriptor of our own would drop the
+  // locks of the process's connections to the file.
   struct stat st;
   unsigned char header[kHeaderBytes];
   ssize_t got = 0;
-  if (::fstat(fd, &st) == 0 && S_ISDIR(st.st_mode)) {
-    ::close(fd);
-    throw store_Error("It is a folder, not a file.");
+  {
+    store_SharedFile file(path);
+    const int fd = file.Descriptor();
+    if (fd < 0) throw store_Error(std::strerror(file.Error()) + std::string("."));
+    if (::fstat(fd, &st) != 0) throw store_Error(std::strerror(errno) + std::string("."));
+    if (S_ISDIR(st.st_mode)) throw store_Error("It is a folder, not a file.");
+    if (st.st_size > 0) got = ::pread(fd, header, kHeaderBytes, 0);
   }
-  if (st.st_size > 0) got = ::pread(fd, header, kHeaderBytes, 0);
-  ::close(fd);
   if (st.st_size == 0) throw store_Error("The file is empty.");
   std::size_t compared = got < 16 ? static_cast<std::size_t>(got < 0 ? 0 : got) : 16;
   if (std::memcmp(header, kMagic, compared) != 0)

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <map>
 #include <mutex>
 #include <vector>
@@ -46,6 +47,7 @@ store_SharedFile::store_SharedFile(const std::string& path) {
   }
   const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
   if (fd < 0 || ::fstat(fd, &st) != 0) {
+    m_error = errno;
     if (fd >= 0) ::close(fd);
     return;
   }

@@ -2,9 +2,10 @@
 // the process to that file, for reading pages without SQLite (store_PageReader).
 //
 // Closing any descriptor of a file drops every POSIX lock the process holds on it, SQLite's
-// among them. Each store_Database therefore holds the file from before its connection opens
-// until after it closes, and the descriptor is closed with the last holder: by then no
-// connection of the library to the file is left to lose a lock. (A connection that a program
+// among them. Each store_Database therefore holds the file from after its connection opens
+// until after it closes, the file header check reads through it too, and the descriptor is
+// closed with the last holder: by then no connection of the library to the file is left to lose
+// a lock. (A connection that a program
 // opens to the same file on its own, outside this library, is not protected.) Files are told
 // apart by device and inode. Any thread (one lock).
 #ifndef STORE_SHAREDFILE_H
@@ -23,12 +24,14 @@ class store_SharedFile {
   store_SharedFile(const store_SharedFile&) = delete;
   store_SharedFile& operator=(const store_SharedFile&) = delete;
 
-  // -1 when the file could not be opened for reading.
+  // -1 when the file could not be opened for reading; Error() then gives the system's errno.
   int Descriptor() const { return m_fd; }
+  int Error() const { return m_error; }
 
  private:
   std::pair<dev_t, ino_t> m_key;
   int m_fd = -1;
+  int m_error = 0;
 };
 
 #endif
