@@ -57,6 +57,9 @@ struct DirectChunk {
   store_PageReader::Rest rest;
 };
 
+// The log is synced on a second thread each time this many chunks (16 MiB) more were written.
+const int kChunksPerLogSync = 4;
+
 // Two threads copy an array of this size or more: the kernel's copy from its page cache is the
 // whole cost of a direct read, and each core copies at its own speed.
 const std::size_t kParallelCopyBytes = 16u << 20;
@@ -103,6 +106,7 @@ void store_Database::DiscardDeferred() {
 void store_Database::Close() {
   DiscardDeferred();
   m_cache.reset();
+  if (m_logSync.joinable()) m_logSync.join();
   if (m_logFile >= 0) ::close(m_logFile);
   m_logFile = -1;
   if (!m_db) return;
@@ -205,7 +209,22 @@ void store_Database::StartLogWriteback() {
 #ifdef __linux__
   if (m_readOnly || !m_db) return;
   if (m_logFile < 0) m_logFile = ::open((m_path + "-wal").c_str(), O_RDONLY | O_CLOEXEC);
-  if (m_logFile >= 0) ::sync_file_range(m_logFile, 0, 0, SYNC_FILE_RANGE_WRITE);
+  if (m_logFile < 0) return;
+  ::sync_file_range(m_logFile, 0, 0, SYNC_FILE_RANGE_WRITE);
+  // Every so many chunks, and never two at once, a second thread syncs what the log holds so
+  // far, so that the disk's own flush runs while the caller goes on writing.
+  if (++m_chunksSinceSync < kChunksPerLogSync || m_logSyncing) return;
+  m_chunksSinceSync = 0;
+  if (m_logSync.joinable()) m_logSync.join();
+  m_logSyncing = true;
+  try {
+    m_logSync = std::thread([this] {
+      ::fdatasync(m_logFile);
+      m_logSyncing = false;
+    });
+  } catch (const std::system_error&) {
+    m_logSyncing = false;  // no thread to be had: the commit syncs everything, as always
+  }
 #endif
 }
 
