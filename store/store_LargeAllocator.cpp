@@ -14,6 +14,9 @@
 #ifdef __linux__
 #include <sys/mman.h>
 #endif
+#if defined(__SANITIZE_ADDRESS__)
+#include <sanitizer/asan_interface.h>
+#endif
 
 namespace {
 
@@ -21,12 +24,17 @@ const std::size_t kHugePage = 2u << 20;
 // Blocks from this size on are kept for reuse, their sizes rounded to 64 KiB below a huge page.
 const std::size_t kKeptFrom = 256u << 10, kKeptGrain = 64u << 10;
 
-// At most 1 GiB, and an eighth of the machine's memory. The address sanitizer can only report a
-// use after free of memory that is really freed: it keeps nothing.
-std::size_t KeptLimit() {
+// Under the address sanitizer, kept blocks are poisoned, so that a use after free still reports.
 #if defined(__SANITIZE_ADDRESS__)
-  return 0;
+void Poison(void* memory, std::size_t bytes) { ASAN_POISON_MEMORY_REGION(memory, bytes); }
+void Unpoison(void* memory, std::size_t bytes) { ASAN_UNPOISON_MEMORY_REGION(memory, bytes); }
 #else
+void Poison(void*, std::size_t) {}
+void Unpoison(void*, std::size_t) {}
+#endif
+
+// At most 1 GiB, and an eighth of the machine's memory.
+std::size_t KeptLimit() {
   static const std::size_t limit = [] {
     const long pages = sysconf(_SC_PHYS_PAGES), pageSize = sysconf(_SC_PAGESIZE);
     const std::size_t gib = std::size_t(1) << 30;
@@ -34,7 +42,6 @@ std::size_t KeptLimit() {
     return std::min(gib, static_cast<std::size_t>(pages) * static_cast<std::size_t>(pageSize) / 8);
   }();
   return limit;
-#endif
 }
 
 struct Kept {
@@ -67,6 +74,7 @@ void* TakeKept(Pool& pool, std::size_t rounded) {
   auto it = pool.bySize.lower_bound(rounded);
   if (it == pool.bySize.end() || it->first > rounded + rounded / 4) return nullptr;
   void* memory = it->second->memory;
+  Unpoison(memory, it->first);
   pool.live.emplace(memory, it->first);
   Forget(pool, it);
   return memory;
@@ -82,6 +90,7 @@ void MakeRoom(Pool& pool, std::size_t bytes) {
         Forget(pool, it);
         break;
       }
+    Unpoison(oldest.memory, oldest.size);
     std::free(oldest.memory);
   }
 }
@@ -126,6 +135,7 @@ void store_FreeLarge(void* memory) {
     return;
   }
   MakeRoom(pool, size);
+  Poison(memory, size);
   pool.kept.push_back({memory, size});
   pool.bySize.emplace(size, std::prev(pool.kept.end()));
   pool.keptBytes += size;
@@ -134,7 +144,10 @@ void store_FreeLarge(void* memory) {
 void store_ReleaseKeptLarge() {
   Pool& pool = ThePool();
   std::lock_guard<std::mutex> lock(pool.mutex);
-  for (const Kept& block : pool.kept) std::free(block.memory);
+  for (const Kept& block : pool.kept) {
+    Unpoison(block.memory, block.size);
+    std::free(block.memory);
+  }
   pool.kept.clear();
   pool.bySize.clear();
   pool.keptBytes = 0;

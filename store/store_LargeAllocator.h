@@ -10,7 +10,9 @@
 // requests of their size (up to a quarter smaller), up to 1 GiB or an eighth of the machine's
 // memory in all, the oldest freed going first. They stay resident until reused or until
 // odb_finalizeAPI hands them back (store_ReleaseKeptLarge). Marking them free to the system
-// instead (MADV_FREE) made reusing them slower than fresh memory. Any thread (one lock).
+// instead (MADV_FREE) made reusing them slower than fresh memory. Under the address sanitizer,
+// kept blocks are poisoned until reused, so that a use after free still reports. Any thread
+// (one lock).
 #ifndef STORE_LARGEALLOCATOR_H
 #define STORE_LARGEALLOCATOR_H
 
