@@ -192,6 +192,11 @@ class cow_1DArray {
   const Block* BlockAt(int slot) const {
     return slot >= 0 && slot < m_slots ? m_table[slot] : nullptr;
   }
+  // Asks the processor to start fetching the table entry of `slot`, for callers that walk many
+  // arrays and would otherwise wait for each table in turn.
+  void PrefetchSlot(int slot) const {
+    if (slot >= 0 && slot < m_slots) __builtin_prefetch(m_table + slot);
+  }
 
  private:
   static const T& Default() {

@@ -86,6 +86,23 @@ void CopyValues(const odb_Sequence<T>& values, int n, T* out) {
   }
 }
 
+// Starts fetching the storage of the rows a conversion reaches soon. A row's values sit behind
+// two pointers, its block table and then its block: row i + 8's table entry is asked for now,
+// and row i + 4's block, whose table entry was asked for four rows ago.
+template <class T>
+void FetchAhead(const odb_Sequence<odb_Sequence<T>>& rows, int i, int end) {
+  if (i + 8 < end) {
+    const auto& array = rows[i + 8].list().Array();
+    array.PrefetchSlot(array.HeadIndex() >> array.BlockShift());
+  }
+  if (i + 4 < end) {
+    const auto& array = rows[i + 4].list().Array();
+    const int head = array.HeadIndex(), shift = array.BlockShift();
+    if (const auto* block = array.BlockAt(head >> shift))
+      __builtin_prefetch(block->elements + (head & ((1 << shift) - 1)));
+  }
+}
+
 template <class T>
 std::vector<int> Values(const odb_Sequence<T>& values) {
   std::vector<int> out(static_cast<std::size_t>(values.size()));
@@ -128,6 +145,7 @@ void odb_DiscretePart::addNodes(const odb_SequenceInt& labels,
     int bad = split.Run(first, count, [&](int from, int to) {
       float* at = out + 3 * static_cast<std::size_t>(from - first);
       for (int i = from; i < to; ++i, at += 3) {
+        FetchAhead(coordinates, i, to);
         const odb_SequenceFloat& row = coordinates[i];
         if (row.size() != d) return i;
         CopyValues(row, d, at);
@@ -168,6 +186,7 @@ void odb_DiscretePart::addElements(const odb_SequenceInt& labels,
     int bad = split.Run(first, count, [&](int from, int to) {
       int* at = out + static_cast<std::size_t>(from - first) * width;
       for (int i = from; i < to; ++i, at += width) {
+        FetchAhead(connectivity, i, to);
         const odb_SequenceInt& row = connectivity[i];
         if (row.size() != width) return i;
         CopyValues(row, width, at);
