@@ -1,5 +1,5 @@
 // store_PageReader: reads the blob of one row of a table straight from the database file's
-// pages into the caller's memory, one system read per page and no copy in between.
+// pages into the caller's memory, one system read per run of pages and no copy in between.
 //
 // Through SQLite, a large blob is read page by page into SQLite's page cache and copied from
 // there (or copied out of a memory map, paying a page fault per few pages), which made reading
@@ -11,8 +11,8 @@
 // transaction, has written nothing, and the write-ahead log is empty, so every page of its
 // snapshot is in the database file and no checkpoint can change them while the transaction
 // lasts. Anything it does not expect (a page of an unknown kind, a pointer out of range, a
-// length that does not match, reserved bytes in pages) makes Read return false, and the caller
-// reads the blob through SQLite instead.
+// length that does not match, reserved bytes in pages) makes Start or CopyRest return false,
+// and the caller reads the blob through SQLite instead.
 //
 // One object per read transaction: the pages it caches belong to that snapshot.
 #ifndef STORE_PAGEREADER_H
@@ -49,11 +49,6 @@ class store_PageReader {
   // blob may be copied in part). Safe on several threads at once, for different blobs, while
   // the read transaction lasts.
   bool CopyRest(const Rest& rest) const;
-  // Both, for one blob.
-  bool Read(std::int64_t rowid, int column, void* out, std::size_t bytes) {
-    Rest rest;
-    return Start(rowid, column, out, bytes, rest) && CopyRest(rest);
-  }
 
  private:
   const std::vector<unsigned char>* Page(std::uint32_t number);

@@ -15,6 +15,13 @@
 
 namespace {
 
+// Reads a whole blob with the reader, as the store does chunk by chunk.
+bool ReadBlob(store_PageReader& reader, std::int64_t rowid, int column, void* out,
+              std::size_t bytes) {
+  store_PageReader::Rest rest;
+  return reader.Start(rowid, column, out, bytes, rest) && reader.CopyRest(rest);
+}
+
 std::vector<unsigned char> Pattern(std::size_t bytes, unsigned seed) {
   std::vector<unsigned char> out(bytes);
   std::uint32_t x = seed * 2654435761u + 1;
@@ -59,7 +66,7 @@ void ExpectChunksReadLikeSqlite(const std::string& path) {
     const auto* expected = static_cast<const unsigned char*>(sqlite3_column_blob(chunks, 1));
     const std::size_t bytes = static_cast<std::size_t>(sqlite3_column_bytes(chunks, 1));
     std::vector<unsigned char> got(bytes + 1, 0xEE);
-    ASSERT_TRUE(reader.Read(rowid, 2, got.data(), bytes)) << "row " << rowid;
+    ASSERT_TRUE(ReadBlob(reader, rowid, 2, got.data(), bytes)) << "row " << rowid;
     EXPECT_EQ(0, std::memcmp(got.data(), expected, bytes)) << "row " << rowid;
     EXPECT_EQ(got[bytes], 0xEE) << "wrote past the blob of row " << rowid;
     ++count;
@@ -115,16 +122,15 @@ TEST(StorePageReader, GivesUpOnWhatDoesNotMatch) {
   std::vector<unsigned char> out(70000);
   store_SharedFile file(path);
   store_PageReader reader(file.Descriptor(), table);
-  EXPECT_TRUE(reader.Read(row, 2, out.data(), out.size()));
-  EXPECT_FALSE(reader.Read(row + 1, 2, out.data(), out.size())) << "a row that is not there";
-  EXPECT_FALSE(reader.Read(row, 2, out.data(), out.size() - 1)) << "a length that differs";
-  EXPECT_FALSE(reader.Read(row, 0, out.data(), out.size())) << "a column that is no blob";
-  EXPECT_FALSE(store_PageReader(file.Descriptor(), index).Read(row, 2, out.data(), out.size()))
-      << "an index";
-  EXPECT_FALSE(store_PageReader(file.Descriptor(), 1 << 30).Read(row, 2, out.data(), out.size()))
-      << "a page beyond the file";
-  EXPECT_FALSE(store_PageReader(-1, table).Read(row, 2, out.data(), out.size()))
-      << "no descriptor";
+  EXPECT_TRUE(ReadBlob(reader, row, 2, out.data(), out.size()));
+  EXPECT_FALSE(ReadBlob(reader, row + 1, 2, out.data(), out.size())) << "a row that is not there";
+  EXPECT_FALSE(ReadBlob(reader, row, 2, out.data(), out.size() - 1)) << "a length that differs";
+  EXPECT_FALSE(ReadBlob(reader, row, 0, out.data(), out.size())) << "a column that is no blob";
+  store_PageReader onIndex(file.Descriptor(), index), beyond(file.Descriptor(), 1 << 30),
+      closed(-1, table);
+  EXPECT_FALSE(ReadBlob(onIndex, row, 2, out.data(), out.size())) << "an index";
+  EXPECT_FALSE(ReadBlob(beyond, row, 2, out.data(), out.size())) << "a page beyond the file";
+  EXPECT_FALSE(ReadBlob(closed, row, 2, out.data(), out.size())) << "no descriptor";
   sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr);
   sqlite3_close(db);
 }
