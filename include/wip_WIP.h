@@ -3,9 +3,10 @@
 // wip_WipReporter is the interface of a sink; the library supplies odb_WipReporter. wip_WIP is
 // the per-thread front end, reached as thr_ThreadSingleton<wip_WIP>::Instance(): code anywhere
 // in the library reports through it without knowing who listens. It holds a non-owning pointer
-// to the reporter installed on its thread and forwards to it. With no reporter installed, every
-// message is dropped, errors included (nothing is thrown), so library code that only reports
-// never fails for want of a listener.
+// to the reporter installed on its thread and forwards to it. With no reporter installed,
+// warnings and progress lines are dropped; an error always ends in an odb_Exception (code 6,
+// its text as the message), thrown by the reporter or, when the reporter returns or there is
+// none, by wip_WIP itself.
 //
 // Ownership: whoever installs a reporter keeps it alive until it is uninstalled. Threads: each
 // thread has its own wip_WIP; a reporter installed on one thread does not serve the others, and
@@ -52,11 +53,12 @@ class wip_WIP {
   // The installed reporter, or null.
   wip_WipReporter* Reporter() const { return m_reporter; }
 
-  // Forwarded to the installed reporter; dropped when there is none.
+  // Forwarded to the installed reporter; warnings and landmarks are dropped when there is none.
+  // Error never returns: it throws odb_Exception with the (first) text.
   void Warning(const odb_String& text);
   void Warning(const std::vector<odb_String>& texts);
-  void Error(const odb_String& text);
-  void Error(const std::vector<odb_String>& texts);
+  [[noreturn]] void Error(const odb_String& text);
+  [[noreturn]] void Error(const std::vector<odb_String>& texts);
   void Landmark(const odb_String& text);
 
  private:

@@ -1,5 +1,18 @@
 #include "wip_WIP.h"
 
+#include "odb_Exception.h"
+
+namespace {
+
+const char kSource[] = "uti/impl/wip_WIP";
+
+const odb_String& FirstOf(const std::vector<odb_String>& texts) {
+  static const odb_String none;
+  return texts.empty() ? none : texts.front();
+}
+
+}  // namespace
+
 wip_WipReporter* wip_WIP::Install(wip_WipReporter* reporter) {
   wip_WipReporter* previous = m_reporter;
   m_reporter = reporter;
@@ -14,12 +27,16 @@ void wip_WIP::Warning(const std::vector<odb_String>& texts) {
   if (m_reporter) m_reporter->Warning(texts);
 }
 
+// An error ends the operation whoever listens: a reporter that only writes it down, or no
+// reporter at all, must not let the caller carry on as if nothing happened.
 void wip_WIP::Error(const odb_String& text) {
   if (m_reporter) m_reporter->Error(text);
+  odb_ThrowMessage(text, kSource, __LINE__);
 }
 
 void wip_WIP::Error(const std::vector<odb_String>& texts) {
   if (m_reporter) m_reporter->Error(texts);
+  odb_ThrowMessage(FirstOf(texts), kSource, __LINE__);
 }
 
 void wip_WIP::Landmark(const odb_String& text) {

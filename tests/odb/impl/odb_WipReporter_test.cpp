@@ -102,15 +102,49 @@ TEST(WipFrontEnd, ForwardsToTheReporterOfItsOwnThreadOnly) {
   ASSERT_EQ(wip.Install(&reporter), nullptr);
   wip.Warning("here");
   std::thread other([] {
-    // This thread has no reporter: its messages, errors included, are dropped.
+    // This thread has no reporter: its warnings are dropped, but an error still throws.
     wip_WIP& own = thr_ThreadSingleton<wip_WIP>::Instance();
     EXPECT_EQ(own.Reporter(), nullptr);
     own.Warning("elsewhere");
-    own.Error("dropped");
+    try {
+      own.Error("unheard");
+      ADD_FAILURE() << "an error without a reporter returned";
+    } catch (const odb_Exception& e) {
+      EXPECT_STREQ(e.JournalMessage().CStr(), "unheard");
+    }
   });
   other.join();
   EXPECT_THROW(wip.Error("stop"), odb_Exception);
   EXPECT_EQ(wip.Uninstall(), &reporter);
   wip.Warning("after");
   EXPECT_EQ(out.str(), "Warning: here\nERROR: stop\n");
+}
+
+// A program's own reporter that writes errors down and returns: the error must still end the
+// operation.
+class ListeningReporter : public wip_WipReporter {
+ public:
+  void Error(const odb_String& text) override { errors.push_back(text); }
+  void Error(const std::vector<odb_String>& texts) override { Error(texts.at(0)); }
+  void Warning(const odb_String&) override {}
+  void Warning(const std::vector<odb_String>&) override {}
+  void Landmark(const odb_String&) override {}
+  void Verbose(const odb_String&) override {}
+  void Print(const odb_String&) override {}
+  void Print(const std::vector<odb_String>&) override {}
+  bool Interrupted() override { return false; }
+  void CommandDone() override {}
+  void InterruptedThrow() override {}
+
+  std::vector<odb_String> errors;
+};
+
+TEST(WipFrontEnd, ErrorThrowsWhenTheInstalledReporterReturns) {
+  ListeningReporter reporter;
+  wip_WIP& wip = thr_ThreadSingleton<wip_WIP>::Instance();
+  wip_WipReporter* previous = wip.Install(&reporter);
+  EXPECT_THROW(wip.Error(std::vector<odb_String>{"first", "second"}), odb_Exception);
+  wip.Install(previous);
+  ASSERT_EQ(reporter.errors.size(), 1u);
+  EXPECT_STREQ(reporter.errors[0].CStr(), "first");
 }
