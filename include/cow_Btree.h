@@ -150,13 +150,14 @@ struct cow_BtreeNode {
     return true;
   }
 
-  // Removes k from the subtree held by `slot`; the caller has checked that k is present.
-  static void Remove(Handle& slot, const K& k) {
+  // Removes k from the subtree held by `slot`; the caller has checked that k is present. The
+  // removed node, linked to nothing, ends in `removed`.
+  static void Remove(Handle& slot, const K& k, Handle& removed) {
     cow_BtreeNode* node = slot.Get();
     int c = cow_BtreeCompare(k, node->key);
     if (c != 0) {
       Handle& child = c < 0 ? node->left : node->right;
-      Remove(child, k);
+      Remove(child, k, removed);
       RemoveNode(slot, child);
       return;
     }
@@ -164,6 +165,7 @@ struct cow_BtreeNode {
       Handle rest;
       rest.Swap(node->left.HasObject() ? node->left : node->right);
       slot.Swap(rest);
+      removed.Swap(rest);
       return;
     }
     // Two children: the successor node (the smallest key on the right) is relinked into the
@@ -178,6 +180,7 @@ struct cow_BtreeNode {
     promoted->UpdateHeight();
     successor.RecordHeight();
     slot.Swap(successor);
+    removed.Swap(successor);
   }
 
   // After a removal below `child`: rebalance that position and recompute the parent's height.
@@ -277,8 +280,14 @@ class cow_Btree {
 
   // True when a node was removed.
   bool Remove(const K& key) {
+    typename Node::Handle removed;
+    return Remove(key, removed);
+  }
+  // As above, handing the removed node to `removed` instead of freeing it, so that references
+  // to its value stay valid as long as the caller keeps the link.
+  bool Remove(const K& key, typename Node::Handle& removed) {
     if (!Node::Find(m_root, key)) return false;
-    Node::Remove(m_root, key);
+    Node::Remove(m_root, key, removed);
     if (m_root.HasObject()) Node::Balance(m_root);
     --m_size;
     return true;

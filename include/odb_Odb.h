@@ -2,8 +2,16 @@
 //
 // A handle: copies share the database's identity, its file and its repositories, so copying
 // costs O(1). The registry of open databases owns the handles that Odb and openOdb return;
-// callers keep references and never delete them; closeOdb, close() or shut-down end them, after
-// which the file is closed and the repositories read nothing more.
+// callers keep references and never delete them. closeOdb, close() or shut-down close the file;
+// the reference stays valid until the library is finalized, in a closed state: isOpen() is
+// false, name(), analysisTitle(), description(), path() and isReadOnly() answer, closing again
+// does nothing, and every other call throws "The database is closed.". Objects reached before
+// the close answer from what they already read and throw the same for anything else.
+//
+// A database opened read-only never writes, even when it shares the file of a database that
+// this process has open for writing (it then reads what that one wrote, saved or not): every
+// creator and addData on it, or on anything reached from it, throws "The database is
+// read-only: cannot write.".
 //
 // Steps are read from the file on first use (steps(), Step, getFrame), frames of a step on first
 // use of that step's frames. Writes go to the file at once, inside the transaction that the next

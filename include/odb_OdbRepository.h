@@ -4,7 +4,10 @@
 // One registry per process (thr_GlobalSingleton), made on first use and destroyed by
 // odb_finalize, which closes every database still open. It holds each database under the name
 // the caller gave (the path when none), and owns the odb_Odb objects: Odb and openOdb return
-// references that stay valid until that name is closed. A writable database has a lock file, its
+// references that stay valid until the library is finalized. Once its name is closed, the object
+// answers isOpen() (false), name(), path() and isReadOnly(), and answers from what it already
+// read or throws "The database is closed." for the rest; it keeps what it read in memory until
+// the registry is destroyed. A writable database has a lock file, its
 // path with ".lck" appended, for as long as it is open; another open for writing that finds a
 // lock file opens the database read-only instead.
 //
@@ -90,7 +93,12 @@ class odb_OdbRepository : public thr_GlobalSingleton<odb_OdbRepository> {
  private:
   std::vector<odb_String> NamesOf(const odb_String& path) const;
 
+  // Drops `name` from the map, keeping its object alive in m_closed.
+  void Drop(const odb_String& name);
+
   cow_Btree<odb_String, odb_Odb> m_odbMap;
+  // The objects of the names closed so far: callers may still hold references to them.
+  std::vector<cow_BtreeLink<odb_String, odb_Odb>> m_closed;
   std::map<std::string, std::shared_ptr<store_Database>> m_openFiles;
   odb_Odb m_fallback;
 };

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
@@ -47,7 +48,6 @@ std::string NewCreationStamp() {
   return std::string(id) + " " + when;
 }
 
-
 // A chunk of an array being read: where it goes, and whether it is read past SQLite.
 struct DirectChunk {
   std::int64_t rowid = 0;
@@ -57,8 +57,29 @@ struct DirectChunk {
   store_PageReader::Rest rest;
 };
 
-// The log is synced on a second thread each time this many chunks (16 MiB) more were written.
-const int kChunksPerLogSync = 4;
+// The file is synced on a second thread each time this many chunks (16 MiB) more were written.
+const int kChunksPerSync = 4;
+
+bool Exists(const std::string& path) {
+  struct stat st;
+  return ::stat(path.c_str(), &st) == 0;
+}
+
+// An SQLite URI that opens `path` as a file that nobody changes, for reading without side files.
+std::string ImmutableUri(const std::string& path) {
+  static const char kHex[] = "0123456789ABCDEF";
+  std::string uri = "file:";
+  for (unsigned char c : path) {
+    if (c == '%' || c == '?' || c == '#' || c < 0x20 || c >= 0x7f) {
+      uri += '%';
+      uri += kHex[c >> 4];
+      uri += kHex[c & 15];
+    } else {
+      uri += static_cast<char>(c);
+    }
+  }
+  return uri + "?immutable=1";
+}
 
 // Two threads copy an array of this size or more: the kernel's copy from its page cache is the
 // whole cost of a direct read, and each core copies at its own speed.
@@ -90,6 +111,39 @@ void CopyDirectChunks(const store_PageReader& reader, std::vector<DirectChunk>& 
 }
 }  // namespace
 
+// What a store_Database shares with its read-only views: the SQLite connection and what belongs
+// to it.
+struct store_Database::Shared {
+  sqlite3* db = nullptr;
+  bool writer = false;  // holds the write transaction that saves commit
+  std::unique_ptr<store_StatementCache> cache;
+  std::vector<std::shared_ptr<store_Deferred>> deferred;
+  std::thread sync;  // the sync of the file in flight, if any
+  std::atomic<bool> syncing{false};
+  int chunksSinceSync = 0;
+  std::int64_t chunkRoot = 0;
+  // Held while the connection is open (see store_SharedFile).
+  std::unique_ptr<store_SharedFile> file;
+
+  ~Shared() { Close(); }
+  void DiscardDeferred() {
+    std::vector<std::shared_ptr<store_Deferred>> held;
+    held.swap(deferred);
+    for (const std::shared_ptr<store_Deferred>& writer : held) writer->Discard();
+  }
+  void Close() {
+    DiscardDeferred();
+    cache.reset();
+    if (sync.joinable()) sync.join();
+    if (!db) return;
+    // Whatever was written since the last commit is discarded: the file stays as last saved.
+    if (writer) sqlite3_exec(db, "ROLLBACK", nullptr, nullptr, nullptr);
+    sqlite3_close_v2(db);
+    db = nullptr;
+    file.reset();
+  }
+};
+
 store_Database::store_Database(const std::string& path, bool readOnly)
     : m_path(path), m_readOnly(readOnly) {}
 
@@ -97,57 +151,84 @@ store_Database::~store_Database() {
   Close();
 }
 
+store_Database::Shared& store_Database::Open() const {
+  if (!m_conn || !m_conn->db) throw store_Error("The database is closed.");
+  return *m_conn;
+}
+
+bool store_Database::IsOpen() const {
+  return m_conn && m_conn->db;
+}
+
+sqlite3* store_Database::Connection() const {
+  return IsOpen() ? m_conn->db : nullptr;
+}
+
 void store_Database::DiscardDeferred() {
-  std::vector<std::shared_ptr<store_Deferred>> deferred;
-  deferred.swap(m_deferred);
-  for (const std::shared_ptr<store_Deferred>& writer : deferred) writer->Discard();
+  if (m_conn) m_conn->DiscardDeferred();
+}
+
+void store_Database::Defer(std::shared_ptr<store_Deferred> writer) {
+  RequireWritable("write");
+  Open().deferred.push_back(std::move(writer));
 }
 
 void store_Database::Close() {
-  DiscardDeferred();
-  m_cache.reset();
-  if (m_logSync.joinable()) m_logSync.join();
-  if (m_logFile >= 0) ::close(m_logFile);
-  m_logFile = -1;
-  if (!m_db) return;
-  // Whatever was written since the last commit is discarded: the file stays as last saved.
-  if (!m_readOnly) sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr);
-  sqlite3_close_v2(m_db);
-  m_db = nullptr;
-  m_file.reset();
+  if (m_conn && !m_view) m_conn->Close();
+  m_conn.reset();
 }
 
-void store_Database::Connect(int flags) {
-  int rc = sqlite3_open_v2(m_path.c_str(), &m_db, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+std::shared_ptr<store_Database> store_Database::View(bool readOnly) {
+  if (!readOnly) RequireWritable("write");
+  std::shared_ptr<store_Database> view(new store_Database(m_path, readOnly));
+  view->m_conn = m_conn;
+  view->m_view = true;
+  view->Open();
+  return view;
+}
+
+bool store_Database::IsFileAt(const std::string& path) const {
+  return IsOpen() && m_conn->file && m_conn->file->IsAt(path);
+}
+
+void store_Database::Connect(int flags, const std::string& name) {
+  m_conn = std::make_shared<Shared>();
+  sqlite3*& db = m_conn->db;
+  int rc = sqlite3_open_v2(name.empty() ? m_path.c_str() : name.c_str(), &db,
+                           flags | SQLITE_OPEN_NOMUTEX, nullptr);
   if (rc != SQLITE_OK) {
-    std::string reason = m_db ? sqlite3_errmsg(m_db) : sqlite3_errstr(rc);
+    std::string reason = db ? sqlite3_errmsg(db) : sqlite3_errstr(rc);
+    sqlite3_close_v2(db);
+    db = nullptr;
     throw store_Error(reason + ".");
   }
-  m_file.reset(new store_SharedFile(m_path));
-  sqlite3_extended_result_codes(m_db, 1);
-  sqlite3_busy_timeout(m_db, 5000);
-  m_cache.reset(new store_StatementCache(m_db));
+  m_conn->file.reset(new store_SharedFile(m_path));
+  sqlite3_extended_result_codes(db, 1);
+  // A reader waits this long for a writer in another process to finish writing a save into the
+  // file; a writer waits as long for readers to let go before it commits.
+  sqlite3_busy_timeout(db, store_kBusyMilliseconds);
+  m_conn->cache.reset(new store_StatementCache(db));
 }
 
 void store_Database::Execute(const char* sql) {
-  if (!m_db) throw store_Error("The database is closed.");
+  sqlite3* db = Open().db;
   char* error = nullptr;
-  int rc = sqlite3_exec(m_db, sql, nullptr, nullptr, &error);
+  int rc = sqlite3_exec(db, sql, nullptr, nullptr, &error);
   if (rc != SQLITE_OK) {
     std::string reason = error ? error : sqlite3_errstr(rc);
     sqlite3_free(error);
-    throw store_Error(reason + ".");
+    throw store_Error(store_Reason(rc, reason) + ".");
   }
 }
 
 store_Statement store_Database::Sql(const char* sql) {
-  if (!m_db) throw store_Error("The database is closed.");
-  sqlite3_stmt* stmt = m_cache->Get(sql);
-  // A read-only database may hold a writable connection (to fold the log back on close) and
-  // runs without an open transaction, so a write would reach the file at once: refuse it here,
-  // where every statement passes.
+  Shared& conn = Open();
+  sqlite3_stmt* stmt = conn.cache->Get(sql);
+  // A read-only view shares a writer's connection and a read-only database runs without an
+  // open transaction, so a write would reach the file: refuse it here, where every statement
+  // passes.
   if (m_readOnly && !sqlite3_stmt_readonly(stmt)) RequireWritable("write");
-  return store_Statement(m_db, stmt);
+  return store_Statement(conn.db, stmt);
 }
 
 void store_Database::RequireWritable(const char* what) const {
@@ -165,17 +246,19 @@ std::shared_ptr<store_Database> store_Database::Create(const std::string& path) 
 
   std::shared_ptr<store_Database> db(new store_Database(path, false));
   db->Connect(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-  // The identity pragmas and the schema are written in rollback mode, straight into the file,
-  // so that the first page on disk carries them even before the log is ever checkpointed.
   db->Execute(store_kCreateSchema);
   db->Sql("INSERT INTO header(key, value) VALUES ('creation_stamp', ?1)")
       .Bind(1, NewCreationStamp())
       .Run();
   db->Execute("COMMIT");
-  db->Execute("PRAGMA journal_mode=WAL");
-  db->Execute(store_kWriterPragmas);
-  db->Execute("BEGIN IMMEDIATE");
+  db->StartWriting();
   return db;
+}
+
+void store_Database::StartWriting() {
+  Execute(store_kWriterPragmas);
+  Execute("BEGIN IMMEDIATE");
+  m_conn->writer = true;
 }
 
 std::shared_ptr<store_Database> store_Database::Open(const std::string& path, bool readOnly) {
@@ -184,63 +267,81 @@ std::shared_ptr<store_Database> store_Database::Open(const std::string& path, bo
     throw store_Error("The file has schema version " + std::to_string(version) + ", not " +
                       std::to_string(store_kSchemaVersion) + ".");
   std::shared_ptr<store_Database> db(new store_Database(path, readOnly));
-  // A read-only database still connects for writing when the file allows it: the store never
-  // writes through it, but as the last connection to close it folds the write-ahead log back
-  // into the file and removes the log, so that no side files are left behind.
-  bool writableFile = ::access(path.c_str(), W_OK) == 0;
-  db->Connect(readOnly && !writableFile ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
-  db->Execute(store_kReaderPragmas);
+  const bool writableFile = ::access(path.c_str(), W_OK) == 0;
   if (!readOnly) {
-    db->Execute(store_kWriterPragmas);
-    db->Execute("BEGIN IMMEDIATE");
+    db->Connect(SQLITE_OPEN_READWRITE);
+    db->Execute(store_kReaderPragmas);
+    // A file of an earlier release is in write-ahead-log mode: folding its log back in and
+    // turning it to a rollback journal needs every other connection gone; while one stays, the
+    // file keeps its log for this session and the next writer tries again.
+    if (InLogMode(path)) {
+      try {
+        db->Execute("PRAGMA journal_mode = DELETE");
+      } catch (const store_Error&) {
+      }
+    }
+    db->StartWriting();
+    return db;
   }
+  // A reader connects for writing when the file allows it, never to write but to roll back
+  // what a writer that was killed left in its journal. A file still in write-ahead-log mode,
+  // closed cleanly (no log beside it), in a folder the reader cannot write, cannot have its
+  // side files made: nobody can write it there, so it is read as it stands.
+  if (InLogMode(path) && ::access(Folder(path).c_str(), W_OK) != 0 && !Exists(path + "-wal")) {
+    db->Connect(SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, ImmutableUri(path));
+  } else {
+    db->Connect(writableFile ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY);
+  }
+  db->Execute(store_kReaderPragmas);
   return db;
 }
 
-std::string store_Database::CreationStampOf(const std::string& path) {
-  try {
-    return Open(path, true)->CreationStamp();
-  } catch (const store_Error&) {
-    return std::string();
-  }
-}
-
-void store_Database::StartLogWriteback() {
+void store_Database::StartWriteback() {
 #ifdef __linux__
-  if (m_readOnly || !m_db) return;
-  if (m_logFile < 0) m_logFile = ::open((m_path + "-wal").c_str(), O_RDONLY | O_CLOEXEC);
-  if (m_logFile < 0) return;
-  ::sync_file_range(m_logFile, 0, 0, SYNC_FILE_RANGE_WRITE);
-  // Every so many chunks, and never two at once, a second thread syncs what the log holds so
+  if (m_readOnly || !IsOpen()) return;
+  Shared& conn = *m_conn;
+  const int fd = conn.file ? conn.file->Descriptor() : -1;
+  if (fd < 0) return;
+  ::sync_file_range(fd, 0, 0, SYNC_FILE_RANGE_WRITE);
+  // Every so many chunks, and never two at once, a second thread syncs what the file holds so
   // far, so that the disk's own flush runs while the caller goes on writing.
-  if (++m_chunksSinceSync < kChunksPerLogSync || m_logSyncing) return;
-  m_chunksSinceSync = 0;
-  if (m_logSync.joinable()) m_logSync.join();
-  m_logSyncing = true;
+  if (++conn.chunksSinceSync < kChunksPerSync || conn.syncing) return;
+  conn.chunksSinceSync = 0;
+  if (conn.sync.joinable()) conn.sync.join();
+  conn.syncing = true;
   try {
-    m_logSync = std::thread([this] {
-      ::fdatasync(m_logFile);
-      m_logSyncing = false;
+    conn.sync = std::thread([&conn, fd] {
+      ::fdatasync(fd);
+      conn.syncing = false;
     });
   } catch (const std::system_error&) {
-    m_logSyncing = false;  // no thread to be had: the commit syncs everything, as always
+    conn.syncing = false;  // no thread to be had: the commit syncs everything, as always
   }
 #endif
 }
 
 void store_Database::Commit() {
   RequireWritable("save");
+  Shared& conn = Open();
   // A writer that fails leaves itself and those after it deferred, so that the failed save can
   // be retried; those flushed before it have written their rows into the open transaction.
   std::size_t flushed = 0;
   try {
-    for (; flushed < m_deferred.size(); ++flushed) m_deferred[flushed]->Flush(*this);
+    for (; flushed < conn.deferred.size(); ++flushed) conn.deferred[flushed]->Flush(*this);
   } catch (...) {
-    m_deferred.erase(m_deferred.begin(), m_deferred.begin() + flushed);
+    conn.deferred.erase(conn.deferred.begin(), conn.deferred.begin() + flushed);
     throw;
   }
-  m_deferred.clear();
-  Execute("COMMIT");
+  conn.deferred.clear();
+  if (conn.sync.joinable()) conn.sync.join();
+  try {
+    Execute("COMMIT");
+  } catch (const store_Error&) {
+    // A commit that SQLite gave up on has rolled the transaction back; the next writes must
+    // still wait for a commit rather than each commit on its own.
+    if (sqlite3_get_autocommit(conn.db)) Execute("BEGIN IMMEDIATE");
+    throw;
+  }
   Execute("BEGIN IMMEDIATE");
 }
 
@@ -315,7 +416,7 @@ std::int64_t store_Database::AddStep(store_StepRecord& step) {
       .Bind(6, step.previousStepName)
       .Bind(7, step.procedure)
       .Run();
-  step.id = sqlite3_last_insert_rowid(m_db);
+  step.id = sqlite3_last_insert_rowid(Open().db);
   return step.id;
 }
 
@@ -405,7 +506,7 @@ void store_ArrayWriter::CloseChunk() {
 // before copying it again into pages.
 void store_ArrayWriter::NextChunk() {
   CloseChunk();
-  if (m_chunk >= 0) m_db.StartLogWriteback();
+  if (m_chunk >= 0) m_db.StartWriteback();
   for (const char* sql : store_kAppendPoints) m_db.Sql(sql).Step();
   ++m_chunk;
   m_chunkBytes = std::min(kChunkBytes, m_bytes - m_written);
@@ -455,10 +556,12 @@ std::size_t store_Database::ArrayBytes(std::int64_t id) {
 }
 
 void store_Database::GetArray(std::int64_t id, void* out) {
-  // A read-only database whose log is empty reads each chunk's pages straight from the file
-  // into `out` (store_PageReader), a large array on two threads; otherwise, and where that
-  // reader gives up, each chunk is copied from SQLite's pages through an incremental blob
-  // handle, which at least spares the buffer that selecting the blob would assemble first.
+  // A connection that writes nothing (and, for a file of an earlier release, whose log is
+  // empty) reads each chunk's pages straight from the file into `out` (store_PageReader), a
+  // large array on two threads; a writer's connection, and where that reader gives up, copies
+  // each chunk from SQLite's pages through an incremental blob handle, which at least spares
+  // the buffer that selecting the blob would assemble first.
+  Shared& conn = Open();
   std::size_t expected = ArrayBytes(id), offset = 0;
   store_Statement q =
       Sql("SELECT rowid, length(data) FROM array_chunk WHERE array_id = ?1 ORDER BY chunk");
@@ -470,8 +573,9 @@ void store_Database::GetArray(std::int64_t id, void* out) {
   while (offset < expected && q.Step()) {
     const std::size_t n = static_cast<std::size_t>(q.Int64(1));
     if (offset + n > expected) break;
-    if (chunks.empty() && m_readOnly && store_PageReader::FileHoldsSnapshot(m_path))
-      direct.reset(new store_PageReader(m_file ? m_file->Descriptor() : -1, ChunkTableRoot()));
+    if (chunks.empty() && !conn.writer && store_PageReader::FileHoldsSnapshot(m_path))
+      direct.reset(
+          new store_PageReader(conn.file ? conn.file->Descriptor() : -1, ChunkTableRoot()));
     DirectChunk chunk;
     chunk.rowid = q.Int64(0);
     chunk.at = static_cast<char*>(out) + offset;
@@ -487,19 +591,20 @@ void store_Database::GetArray(std::int64_t id, void* out) {
   for (const DirectChunk& chunk : chunks) {
     if (chunk.direct) continue;
     rc = blob ? sqlite3_blob_reopen(blob, chunk.rowid)
-              : sqlite3_blob_open(m_db, "main", "array_chunk", "data", chunk.rowid, 0, &blob);
+              : sqlite3_blob_open(conn.db, "main", "array_chunk", "data", chunk.rowid, 0, &blob);
     if (rc == SQLITE_OK) rc = sqlite3_blob_read(blob, chunk.at, static_cast<int>(chunk.bytes), 0);
     if (rc != SQLITE_OK) break;
   }
   if (blob) sqlite3_blob_close(blob);
-  if (rc != SQLITE_OK) store_Check(m_db, rc, "read");
+  if (rc != SQLITE_OK) store_Check(conn.db, rc, "read");
 }
 
 std::int64_t store_Database::ChunkTableRoot() {
-  if (m_chunkRoot == 0) {
+  Shared& conn = Open();
+  if (conn.chunkRoot == 0) {
     store_Statement q = Sql("SELECT rootpage FROM sqlite_schema WHERE name = 'array_chunk'");
     if (!q.Step()) throw store_Error("The file has no array chunks table.");
-    m_chunkRoot = q.Int64(0);
+    conn.chunkRoot = q.Int64(0);
   }
-  return m_chunkRoot;
+  return conn.chunkRoot;
 }

@@ -2,24 +2,28 @@
 //
 // One object per open file, shared (std::shared_ptr) by every public handle that reads or
 // writes through it. The file is an SQLite database; docs/file-format.md describes its tables.
+// The registry gives each database handle a view (View) of the file's one object: views share
+// its connection, and a read-only view refuses every write, so that a handle opened read-only
+// never writes, whichever connection it reads through.
 //
 // Transactions: a writable database keeps one transaction open from open (or the last Commit)
 // to the next Commit, so everything written between two saves is committed together, durably,
 // by Commit. Close, destruction, or a killed process leave the file exactly as last committed.
-// A read-only database reads the latest committed state at every call, so it sees what a writer
-// in another process commits after the open.
+// The file is kept in rollback-journal mode: pages a save appends past the end of the file are
+// written once, straight into the file, and a closed file is one plain file that readers can
+// open from a folder they cannot write. A read-only database reads the latest committed state
+// at every call, so it sees what a writer in another process commits after the open; while that
+// writer is writing a save into the file, the reader waits for the save to end.
 //
 // Errors are thrown as store_Error with a reason fit to follow "Cannot open file X. " or
 // "Cannot create file X. " in a message. One thread at a time.
 #ifndef STORE_DATABASE_H
 #define STORE_DATABASE_H
 
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "odb_Exception.h"
@@ -28,8 +32,6 @@
 struct sqlite3;
 struct sqlite3_blob;
 class store_Statement;
-class store_StatementCache;
-class store_SharedFile;
 class store_Database;
 
 // A failure of the file; callers of the public interface see it as the odb_Exception it is, with
@@ -87,15 +89,26 @@ class store_Database {
   // Checks that `path` is a readable database file of this library and returns its schema
   // version, reading only its first page. Throws for a missing, empty, truncated or foreign file.
   static int SchemaVersion(const std::string& path);
-  // The creation stamp of the file at `path` ("" when it cannot be read); a cheap read.
-  static std::string CreationStampOf(const std::string& path);
+  // True when the file at `path` is in write-ahead-log mode, as files written by earlier
+  // releases are: a writable open turns it to a rollback journal.
+  static bool InLogMode(const std::string& path);
 
   ~store_Database();
   store_Database(const store_Database&) = delete;
   store_Database& operator=(const store_Database&) = delete;
 
   const std::string& Path() const { return m_path; }
+  // True when this object refuses writes: opened read-only, or a read-only view.
   bool ReadOnly() const { return m_readOnly; }
+  // Another object on this one's connection, for one handle of the file: it reads what this
+  // one has written, saved or not; a read-only view refuses every write, a writable one (of a
+  // writable object only) writes and commits in the same transaction. Closing a view closes
+  // only the view; closing this object closes every view of it. Throws when this object is
+  // closed.
+  std::shared_ptr<store_Database> View(bool readOnly);
+  // True when `path` still names the file this object has open (the same device and inode): a
+  // file deleted or replaced since the open is not. Reads no page and takes no lock.
+  bool IsFileAt(const std::string& path) const;
 
   // Makes everything written since the last commit durable (on disk when it returns) and starts
   // the next transaction, flushing the deferred writers first. Refused on a read-only database.
@@ -104,11 +117,11 @@ class store_Database {
   void Rollback();
   // Holds `writer` until the next Commit (which flushes it) or Rollback or Close (which discard
   // it). A writer defers itself once per save, when it first holds something.
-  void Defer(std::shared_ptr<store_Deferred> writer) { m_deferred.push_back(std::move(writer)); }
+  void Defer(std::shared_ptr<store_Deferred> writer);
   // Discards what was written since the last commit and closes the file; every later call
   // throws. Handles that still share this object see a closed database.
   void Close();
-  bool IsOpen() const { return m_db != nullptr; }
+  bool IsOpen() const;
 
   // Identity: a random identity and the creation time, fixed at creation.
   std::string CreationStamp();
@@ -139,38 +152,38 @@ class store_Database {
 
   // The connection and a cached prepared statement, for the store's own modules. On a
   // read-only database a statement that writes is refused.
-  sqlite3* Connection() const { return m_db; }
+  sqlite3* Connection() const;
   store_Statement Sql(const char* sql);
 
-  // Asks the system to start writing the log's pages to disk now, without waiting: a large
-  // transaction spills its pages to the log as it grows, and pages already on their way make
-  // the wait for the disk at Commit shorter. Every 16 MiB it also has a second thread sync the
-  // log, so that most of the disk's flush is done before Commit asks for it. Durability is
-  // Commit's alone; this only moves work earlier. Does nothing where the system offers no such
-  // request.
-  void StartLogWriteback();
+  // Asks the system to start writing the file's new pages to disk now, without waiting: a
+  // large transaction spills its pages into the file as it grows, and pages already on their
+  // way make the wait for the disk at Commit shorter. Every 16 MiB it also has a second thread
+  // sync the file, so that most of the disk's flush is done before Commit asks for it.
+  // Durability is Commit's alone; this only moves work earlier. Does nothing where the system
+  // offers no such request.
+  void StartWriteback();
 
  private:
+  struct Shared;
+
   store_Database(const std::string& path, bool readOnly);
-  void Connect(int flags);
+  // Opens the connection, to `name` (an SQLite URI) when given, else to the path.
+  void Connect(int flags, const std::string& name = std::string());
+  // Sets the writer's pragmas and opens the transaction that the first save commits.
+  void StartWriting();
   void Execute(const char* sql);
   void RequireWritable(const char* what) const;
   void DiscardDeferred();
+  // The open connection; throws "The database is closed." once it is closed.
+  Shared& Open() const;
   // The first page of the array chunks table, for direct reads.
   std::int64_t ChunkTableRoot();
 
   std::string m_path;
   bool m_readOnly;
-  sqlite3* m_db = nullptr;
-  std::unique_ptr<store_StatementCache> m_cache;
-  std::vector<std::shared_ptr<store_Deferred>> m_deferred;
-  int m_logFile = -1;  // the log, opened for StartLogWriteback
-  std::thread m_logSync;  // the sync of the log in flight, if any
-  std::atomic<bool> m_logSyncing{false};
-  int m_chunksSinceSync = 0;
-  std::int64_t m_chunkRoot = 0;
-  // Held while the connection is open (see store_SharedFile).
-  std::unique_ptr<store_SharedFile> m_file;
+  bool m_view = false;  // a view of another object's connection
+  // Shared with the read-only views of this object; null once this object is closed.
+  std::shared_ptr<Shared> m_conn;
 };
 
 // Writes one bulk array piece by piece, straight into the file's chunks, so that a caller that

@@ -51,14 +51,22 @@ int store_Database::SchemaVersion(const std::string& path) {
     throw store_Error("The file is a database of another application, not an output database.");
 
   // The page count in the header is valid when the change counter matches the version-valid-for
-  // number. A file shorter than that count is truncated; while a write-ahead log is left beside
-  // the file (a writer was stopped), the log may still hold pages, so the count is not checked.
+  // number. A file shorter than that count is truncated; while a journal or a write-ahead log is
+  // left beside the file (a writer is saving, or was stopped), the file may be between two
+  // states that the side file reconciles, so the count is not checked.
   std::uint32_t pageSize = BigEndian(header + 16, 2);
   if (pageSize == 1) pageSize = 65536;
   std::uint32_t pages = BigEndian(header + 28, 4);
   bool countValid = BigEndian(header + 24, 4) == BigEndian(header + 92, 4);
-  if (countValid && !Exists(path + "-wal") &&
+  if (countValid && !Exists(path + "-wal") && !Exists(path + "-journal") &&
       static_cast<std::uint64_t>(st.st_size) < static_cast<std::uint64_t>(pages) * pageSize)
     throw store_Error("The file is truncated.");
   return static_cast<int>(BigEndian(header + 60, 4));
+}
+
+bool store_Database::InLogMode(const std::string& path) {
+  store_SharedFile file(path);
+  unsigned char version = 0;
+  // Byte 18 of the header is 2 for a file in write-ahead-log mode, 1 for a rollback journal.
+  return file.Descriptor() >= 0 && ::pread(file.Descriptor(), &version, 1, 18) == 1 && version == 2;
 }

@@ -192,9 +192,8 @@ CREATE TABLE IF NOT EXISTS datum_csys(
 // The last rows of the tables that saves append to while large arrays are written: frames,
 // field outputs (table and name index), field blocks and arrays. Reading them after each chunk
 // keeps their pages at the warm end of SQLite's cache. Otherwise the chunks' pages push them out
-// to the log, the next row added writes them there a second time, and one page written twice
-// in a transaction makes its commit read the whole log back to checksum it again (a third of
-// the time of saving a large field).
+// of the cache into the file, and the next row added makes SQLite read them back and write them
+// a second time.
 inline constexpr const char* store_kAppendPoints[] = {
     "SELECT 1 FROM frame ORDER BY step_id DESC, frame_index DESC LIMIT 1",
     "SELECT 1 FROM field_output ORDER BY id DESC LIMIT 1",
@@ -207,14 +206,14 @@ inline constexpr const char* store_kAppendPoints[] = {
 // (store_PageReader); through a map, each fresh open would fault in every page it copies from.
 inline constexpr const char* store_kReaderPragmas = "PRAGMA mmap_size = 0;";
 
-// A writer: a commit returns only when the log is on disk. The cache is small (8 MiB): a large
-// transaction spills its pages to the log as it goes, which costs no more than writing them at
-// commit, and reusing a few warm pages is several times faster than filling fresh memory. The log is folded back into the file when the writer closes, or
-// once it passes 1 GiB (16384 pages), not after every save: a save then writes its data once.
+// A writer: a commit returns only when the file is on disk, and a closed file is one plain file
+// (the journal is deleted at each commit). The cache is small (8 MiB): a large transaction
+// spills its pages into the file as it goes, which costs no more than writing them at commit,
+// and reusing a few warm pages is several times faster than filling fresh memory. Pages
+// appended past the end of the file are not journaled, so a save writes its data once.
 inline constexpr const char* store_kWriterPragmas = R"SQL(
 PRAGMA synchronous = FULL;
 PRAGMA cache_size = -8192;
-PRAGMA wal_autocheckpoint = 16384;
 PRAGMA mmap_size = 1099511627776;
 )SQL";
 

@@ -73,3 +73,8 @@ store_SharedFile::~store_SharedFile() {
   for (int fd : it->second.late) ::close(fd);
   registry.files.erase(it);
 }
+
+bool store_SharedFile::IsAt(const std::string& path) const {
+  struct stat st;
+  return m_fd >= 0 && ::stat(path.c_str(), &st) == 0 && FileKey(st.st_dev, st.st_ino) == m_key;
+}

@@ -27,6 +27,8 @@ class store_SharedFile {
   // -1 when the file could not be opened for reading; Error() then gives the system's errno.
   int Descriptor() const { return m_fd; }
   int Error() const { return m_error; }
+  // True when `path` names this file now (same device and inode).
+  bool IsAt(const std::string& path) const;
 
  private:
   std::pair<dev_t, ino_t> m_key;

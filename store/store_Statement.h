@@ -13,6 +13,12 @@
 
 #include "store_Database.h"
 
+// How long a connection waits for another process's lock on the file: a reader for a writer to
+// finish writing a save into the file, a writer for readers to let go before it commits.
+constexpr int store_kBusyMilliseconds = 30000;
+
+// SQLite's message `sqlite` for result `rc`, or a clearer one where SQLite's would puzzle a user.
+std::string store_Reason(int rc, const std::string& sqlite);
 // Throws store_Error with SQLite's own message for a failed call.
 void store_Check(sqlite3* db, int rc, const char* what);
 

@@ -38,6 +38,12 @@ odb_DiscretePartRepository::CategoryLookup CategoryLookup(const std::shared_ptr<
   };
 }
 
+// A database whose file was closed answers for its identity only; everything else would read a
+// file that is gone, or answer as if it were empty.
+void RequireOpen(const odb_OdbData& d) {
+  if (d.ddb && !d.ddb->IsOpen()) odb_ThrowMessage("The database is closed.", kSource, __LINE__);
+}
+
 }  // namespace
 
 odb_Odb::odb_Odb() : m_data(std::make_shared<odb_OdbData>()) {}
@@ -89,6 +95,7 @@ bool odb_Odb::onlyHasUserDefinedData() const {
 }
 
 odb_StepRepository& odb_Odb::steps() {
+  RequireOpen(*m_data);
   if (!m_data->stepsRead && isOpen()) {
     m_data->steps.Load();
     m_data->stepsRead = true;
@@ -97,6 +104,7 @@ odb_StepRepository& odb_Odb::steps() {
 }
 
 odb_SectionCategoryRepository& odb_Odb::sectionCategories() {
+  RequireOpen(*m_data);
   odb_OdbData& d = *m_data;
   if (!d.sectionCategories) {
     d.sectionCategories = std::make_unique<odb_SectionCategoryRepository>(d.ddb);
@@ -106,6 +114,7 @@ odb_SectionCategoryRepository& odb_Odb::sectionCategories() {
 }
 
 odb_DiscretePartRepository& odb_Odb::parts() {
+  RequireOpen(*m_data);
   odb_OdbData& d = *m_data;
   if (!d.parts) {
     d.parts = std::make_shared<odb_DiscretePartRepository>(d.ddb, CategoryLookup(m_data));
@@ -115,6 +124,7 @@ odb_DiscretePartRepository& odb_Odb::parts() {
 }
 
 odb_Assembly& odb_Odb::rootAssembly() {
+  RequireOpen(*m_data);
   odb_OdbData& d = *m_data;
   if (!d.rootAssembly) {
     auto data = std::make_shared<odb_AssemblyData>();
@@ -128,6 +138,7 @@ odb_Assembly& odb_Odb::rootAssembly() {
 }
 
 odb_MaterialRepository& odb_Odb::materials() {
+  RequireOpen(*m_data);
   odb_OdbData& d = *m_data;
   if (!d.materials) {
     d.materials = std::make_unique<odb_MaterialRepository>(d.ddb);
@@ -137,6 +148,7 @@ odb_MaterialRepository& odb_Odb::materials() {
 }
 
 odb_SectionRepository& odb_Odb::sections() {
+  RequireOpen(*m_data);
   odb_OdbData& d = *m_data;
   if (!d.sections) {
     d.sections = std::make_unique<odb_SectionRepository>(d.ddb);
@@ -210,6 +222,7 @@ odb_Frame odb_Odb::getFrame(double value, odb_Enum::odb_MatchEnum match) {
 }
 
 void odb_Odb::save(const odb_String& path) {
+  RequireOpen(*m_data);
   if (!path.Empty() && path != m_data->path) Throw(odb_Odb_PATH_CHANGE, 184);
   if (m_data->readOnly || !isOpen()) {
     odb_OdbRepository::Warn(odb_OdbRepository_SAVE_READ_ONLY, {});
@@ -223,10 +236,13 @@ void odb_Odb::save(const odb_String& path) {
 }
 
 bool odb_Odb::update() {
+  RequireOpen(*m_data);
   if (!m_data->stepsRead || !isOpen()) return false;
   return m_data->steps.Update();
 }
 
 void odb_Odb::close() {
+  // A database closed before is left alone: its name may belong to another one by now.
+  if (!isOpen()) return;
   odb_OdbRepository::Instance().remove(m_data->name);
 }

@@ -8,6 +8,7 @@
 
 #include "odb_Exception.h"
 #include "odb_Exceptions.h"
+#include "odb_LockFile.h"
 #include "odb_Message.h"
 #include "odb_Util.h"
 #include "odb_Version.h"
@@ -108,14 +109,20 @@ bool odb_OdbRepository::IsOdbLocked(const odb_String& path) const {
   if (fd < 0) return false;
   ::close(fd);
   Warn(odb_OdbRepository_LOCK_FOUND, {lock, path});
+  // A writer that was killed leaves its lock behind, and every later open reads only: say so
+  // when the lock names a process of this host that is gone, and how to get out of it.
+  const std::string gone = odb_GoneLockWriter(lock.CStr());
+  if (!gone.empty())
+    thr_ThreadSingleton<wip_WIP>::Instance().Warning(odb_FormatMessage(
+        "The lock file %1$s was left by %2$s, which no longer runs: that writer ended without "
+        "closing the database. What it last saved is intact. Delete %1$s to open the database "
+        "for writing again.",
+        {lock, gone.c_str()}));
   return true;
 }
 
 bool odb_OdbRepository::LockOdb(const odb_String& path) const {
-  int fd = ::open(LockFileOf(path).CStr(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
-  if (fd < 0) return false;
-  ::close(fd);
-  return true;
+  return odb_WriteLockFile(LockFileOf(path).CStr());
 }
 
 bool odb_OdbRepository::RemoveLock(const odb_String& path) const {
@@ -130,12 +137,18 @@ void odb_OdbRepository::remove(const odb_String& name) {
   if (NamesOf(path).size() <= 2) {
     CloseOdb(path);
   } else {
-    m_odbMap.Remove(name);
+    odb.ddb()->Close();
+    Drop(name);
   }
 }
 
+void odb_OdbRepository::Drop(const odb_String& name) {
+  cow_BtreeLink<odb_String, odb_Odb> removed;
+  if (m_odbMap.Remove(name, removed)) m_closed.push_back(removed);
+}
+
 void odb_OdbRepository::RespondToCloseOdb(const odb_String& path) {
-  for (const odb_String& name : NamesOf(path)) m_odbMap.Remove(name);
+  for (const odb_String& name : NamesOf(path)) Drop(name);
 }
 
 void odb_OdbRepository::CloseOdb(const odb_String& path) {
@@ -197,7 +210,8 @@ odb_Odb& Odb(const odb_String& name, const odb_String& analysisTitle, const odb_
   }
   registry.LockOdb(absolute);
   registry.AddOpenFile(absolute, file);
-  registry.insert(key, odb_Odb(key, analysisTitle, description, absolute, file, false));
+  registry.insert(key,
+                  odb_Odb(key, analysisTitle, description, absolute, file->View(false), false));
   return registry.get(key);
 }
 
@@ -213,9 +227,7 @@ odb_Odb& openOdb(const odb_String& name, const odb_String& path, bool readOnly) 
   if (registry.isMember(key)) {
     odb_Odb& registered = registry.get(key);
     std::shared_ptr<store_Database> file = registered.ddb();
-    bool sameFile =
-        file && file->IsOpen() &&
-        store_Database::CreationStampOf(registered.path().CStr()) == file->CreationStamp();
+    bool sameFile = file && file->IsFileAt(registered.path().CStr());
     if (sameFile) {
       if (registered.path() != absolute) Throw(odb_OdbRepository_NAME_EXISTS, 245, {key});
       if (registered.isReadOnly()) odb_OdbRepository::Warn(odb_OdbRepository_STAYS_READ_ONLY, {});
@@ -268,7 +280,9 @@ odb_Odb& openOdb(const odb_String& name, const odb_String& path, bool readOnly) 
   }
   odb_String title = odb_FromText(file->ModelTitle("Default Model"));
   odb_String description = odb_FromText(file->Header("description"));
-  registry.insert(key, odb_Odb(key, title, description, absolute, file, readOnly));
+  // Each name gets a view of the file: closing one name closes only its view, and a read-only
+  // name refuses every write even on the connection of a writer in this process.
+  registry.insert(key, odb_Odb(key, title, description, absolute, file->View(readOnly), readOnly));
   return registry.get(key);
 }
 
@@ -281,5 +295,7 @@ void saveOdb(odb_Odb& odb) {
 }
 
 void closeOdb(odb_Odb& odb) {
+  // A database closed before is left alone: its path may have been opened again since.
+  if (!odb.isOpen()) return;
   odb_OdbRepository::Instance().CloseOdb(odb.path());
 }

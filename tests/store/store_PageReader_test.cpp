@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -33,7 +35,8 @@ std::vector<unsigned char> Pattern(std::size_t bytes, unsigned seed) {
 }
 
 // A committed, closed file with one array of each size.
-std::vector<std::int64_t> WriteArrays(const std::string& path, const std::vector<std::size_t>& sizes) {
+std::vector<std::int64_t> WriteArrays(const std::string& path,
+                                      const std::vector<std::size_t>& sizes) {
   auto db = store_Database::Create(path);
   std::vector<std::int64_t> ids;
   for (std::size_t i = 0; i < sizes.size(); ++i) {
@@ -148,26 +151,49 @@ TEST(StorePageReader, ArraysLargeEnoughForTwoThreadsReadBackWhole) {
   }
 }
 
+// Files of earlier releases are in write-ahead-log mode. One whose writer was killed keeps
+// committed pages in its log, where the file holds older ones: a reader must go through SQLite
+// until a writer has folded the log back and turned the file to a rollback journal.
 TEST(StorePageReader, ReadersOfAFileWithLoggedPagesReadThroughSqlite) {
   TempDir dir;
   const std::string path = dir.file("a.odb");
-  auto writer = store_Database::Create(path);
-  EXPECT_TRUE(store_PageReader::FileHoldsSnapshot(path));
-  std::vector<unsigned char> bytes = Pattern(300000, 7);
-  const std::int64_t id = writer->PutArray("test", bytes.data(), bytes.size());
-  writer->Commit();  // the chunk's pages are in the log until the writer closes
+  std::vector<unsigned char> first = Pattern(300000, 7), second = Pattern(300000, 8);
+  std::int64_t id = 0;
+  {
+    auto writer = store_Database::Create(path);
+    id = writer->PutArray("test", first.data(), first.size());
+    writer->Commit();
+  }
+  EXPECT_FALSE(store_Database::InLogMode(path));
+  pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    // An earlier release's writer: log mode, a committed change in the log, then killed.
+    sqlite3* db = nullptr;
+    sqlite3_open(path.c_str(), &db);
+    sqlite3_exec(db, "PRAGMA journal_mode=WAL; PRAGMA wal_autocheckpoint=0", 0, 0, 0);
+    sqlite3_stmt* update = nullptr;
+    sqlite3_prepare_v2(db, "UPDATE array_chunk SET data = ?1 WHERE array_id = ?2", -1, &update,
+                       nullptr);
+    sqlite3_bind_blob(update, 1, second.data(), static_cast<int>(second.size()), SQLITE_STATIC);
+    sqlite3_bind_int64(update, 2, id);
+    _exit(sqlite3_step(update) == SQLITE_DONE ? 0 : 1);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+  ASSERT_TRUE(store_Database::InLogMode(path));
   EXPECT_FALSE(store_PageReader::FileHoldsSnapshot(path));
-  auto reader = store_Database::Open(path, true);
-  std::vector<unsigned char> got(bytes.size());
-  reader->GetArray(id, got.data());
-  EXPECT_EQ(got, bytes);
-  reader.reset();
-  writer.reset();
+
+  std::vector<unsigned char> got(second.size());
+  store_Database::Open(path, true)->GetArray(id, got.data());
+  EXPECT_EQ(got, second);
+  store_Database::Open(path, false).reset();
+  EXPECT_FALSE(store_Database::InLogMode(path));
   EXPECT_TRUE(store_PageReader::FileHoldsSnapshot(path));
-  reader = store_Database::Open(path, true);
   std::fill(got.begin(), got.end(), 0);
-  reader->GetArray(id, got.data());
-  EXPECT_EQ(got, bytes);
+  store_Database::Open(path, true)->GetArray(id, got.data());
+  EXPECT_EQ(got, second);
 }
 
 }  // namespace
