@@ -40,38 +40,38 @@
 // The messages of field outputs, in catalogue order (codes 0..32 are keys _01.._33).
 enum odb_FieldOutputEnm : int {
   odb_FieldOutput_ORPHAN_WRITE = 0,
-  odb_FieldOutput_NO_INSTANCE = 1,           // %s: instance name
-  odb_FieldOutput_TRANSFORM_SCALAR = 2,      //
-  odb_FieldOutput_BAD_POSITION = 3,          //
-  odb_FieldOutput_SECTION_POINT_NUMBER = 4,  // %s: section point number
-  odb_FieldOutput_SECTION_POINT_SOME = 5,    //
-  odb_FieldOutput_NOT_PROCESSED = 6,         // %1$s: written, %2$s: supplied
-  odb_FieldOutput_LENGTH = 7,                // %1$s: expected, %2$s: given
-  odb_FieldOutput_NODAL_FAILED = 8,          //
-  odb_FieldOutput_ELEMENT_FAILED = 9,        // %s: element type
-  odb_FieldOutput_PER_POINT = 10,            // %s: integration points per element
-  odb_FieldOutput_PER_NODE = 11,             // %s: nodes per element
-  odb_FieldOutput_PER_ELEMENT = 12,          //
-  odb_FieldOutput_BAD_TYPE = 13,             //
-  odb_FieldOutput_SCALAR_LENGTH = 14,        //
-  odb_FieldOutput_CSYS_LENGTH = 15,          //
-  odb_FieldOutput_INCOMPATIBLE = 16,         //
-  odb_FieldOutput_TARGET_INSTANCE = 17,      // %s: instance name
-  odb_FieldOutput_TARGET_SET = 18,           // %s: set name
-  odb_FieldOutput_TARGET_ELEMENTS = 19,      // %1$s type, %2$s category, %3$s set
-  odb_FieldOutput_TARGET_SECTION_POINT = 20, // %1$s number, %2$s type, %3$s category, %4$s set
-  odb_FieldOutput_NOT_FOUND = 21,            //
-  odb_FieldOutput_FEW_DATA = 22,             //
-  odb_FieldOutput_FEW_CSYS = 23,             //
-  odb_FieldOutput_BAD_INVARIANT = 24,        //
-  odb_FieldOutput_TENSOR_LENGTH = 25,        //
-  odb_FieldOutput_CSYS_NORMAL = 26,          //
-  odb_FieldOutput_NO_DEFORMATION = 27,       //
-  odb_FieldOutput_DEFORMATION_KIND = 28,     //
-  odb_FieldOutput_DYNAMIC_CSYS = 29,         //
-  odb_FieldOutput_SIX_DOF_CSYS = 30,         //
-  odb_FieldOutput_UNDEFINED_LABELS = 31,     //
-  odb_FieldOutput_CONJUGATE_LENGTH = 32      //
+  odb_FieldOutput_NO_INSTANCE = 1,            // %s: instance name
+  odb_FieldOutput_TRANSFORM_SCALAR = 2,       //
+  odb_FieldOutput_BAD_POSITION = 3,           //
+  odb_FieldOutput_SECTION_POINT_NUMBER = 4,   // %s: section point number
+  odb_FieldOutput_SECTION_POINT_SOME = 5,     //
+  odb_FieldOutput_NOT_PROCESSED = 6,          // %1$s: written, %2$s: supplied
+  odb_FieldOutput_LENGTH = 7,                 // %1$s: expected, %2$s: given
+  odb_FieldOutput_NODAL_FAILED = 8,           //
+  odb_FieldOutput_ELEMENT_FAILED = 9,         // %s: element type
+  odb_FieldOutput_PER_POINT = 10,             // %s: integration points per element
+  odb_FieldOutput_PER_NODE = 11,              // %s: nodes per element
+  odb_FieldOutput_PER_ELEMENT = 12,           //
+  odb_FieldOutput_BAD_TYPE = 13,              //
+  odb_FieldOutput_SCALAR_LENGTH = 14,         //
+  odb_FieldOutput_CSYS_LENGTH = 15,           //
+  odb_FieldOutput_INCOMPATIBLE = 16,          //
+  odb_FieldOutput_TARGET_INSTANCE = 17,       // %s: instance name
+  odb_FieldOutput_TARGET_SET = 18,            // %s: set name
+  odb_FieldOutput_TARGET_ELEMENTS = 19,       // %1$s type, %2$s category, %3$s set
+  odb_FieldOutput_TARGET_SECTION_POINT = 20,  // %1$s number, %2$s type, %3$s category, %4$s set
+  odb_FieldOutput_NOT_FOUND = 21,             //
+  odb_FieldOutput_FEW_DATA = 22,              //
+  odb_FieldOutput_FEW_CSYS = 23,              //
+  odb_FieldOutput_BAD_INVARIANT = 24,         //
+  odb_FieldOutput_TENSOR_LENGTH = 25,         //
+  odb_FieldOutput_CSYS_NORMAL = 26,           //
+  odb_FieldOutput_NO_DEFORMATION = 27,        //
+  odb_FieldOutput_DEFORMATION_KIND = 28,      //
+  odb_FieldOutput_DYNAMIC_CSYS = 29,          //
+  odb_FieldOutput_SIX_DOF_CSYS = 30,          //
+  odb_FieldOutput_UNDEFINED_LABELS = 31,      //
+  odb_FieldOutput_CONJUGATE_LENGTH = 32       //
 };
 
 template <>
@@ -135,6 +135,11 @@ class odb_FieldOutput {
   void addData(const odb_FieldOutput& field);
 
   // Read side.
+  // The values. A field may hold millions of them, so a value is built when it is asked for:
+  // the reference that values()[i] or value(i) returns is valid only until the next value is
+  // asked of the same sequence (`const odb_FieldValue& a = vals[0]; vals[1];` leaves `a`
+  // showing value 1). Copy the value (odb_FieldValue v = vals[0]; a copy costs a few handle
+  // copies) to keep it; bulkDataBlocks() gives whole arrays that stay valid with the field.
   const odb_SequenceFieldValue& values() const;
   const odb_FieldValue& value(int i) const { return values().constGet(i); }
   const odb_SequenceFieldBulkData& bulkDataBlocks() const;

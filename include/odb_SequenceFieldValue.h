@@ -3,11 +3,12 @@
 //
 // The sequence holds the field's sub-fields, not values: a sub-field's arrays are read from the
 // file the first time one of its values is asked for and kept, and each get builds the value
-// from them into the sequence's own one-slot cache, so the reference returned stays valid until
-// the next get on the same sequence; copy the value to keep it longer. Walking the values in
-// order costs a few tens of nanoseconds each and no memory beyond the arrays. Values appended
-// one by one (not from a field) are kept as they are, after the sub-fields' values. Copying a
-// sequence costs O(number of sub-fields). One thread at a time.
+// from them into the sequence's own one-slot cache, so the reference returned stays valid only
+// until the next get on the same sequence: after `const odb_FieldValue& a = vals[0]; vals[1];`
+// `a` shows value 1. Copy the value (odb_FieldValue a = vals[0]) to keep it longer. Walking the
+// values in order costs a few tens of nanoseconds each and no memory beyond the arrays. Values
+// appended one by one (not from a field) are kept as they are, after the sub-fields' values.
+// Copying a sequence costs O(number of sub-fields). One thread at a time.
 #ifndef ODB_SEQUENCEFIELDVALUE_H
 #define ODB_SEQUENCEFIELDVALUE_H
 

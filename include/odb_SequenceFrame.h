@@ -2,11 +2,12 @@
 //
 // The view holds a share of its step's data, not the frames themselves: frames are read from
 // the database, all at once, the first time any of them (or their number) is asked for, and a
-// frame handle is built from its record on each get. That handle is kept in the view's own
-// one-slot cache, so the reference that get, constGet and operator[] return stays valid until
-// the next get on the same view (or the view's end); copy the frame to keep it longer. Copying a
-// view costs O(1), and every copy sees the frames the step adds later. Indices are 0-based.
-// One thread at a time for a view, its step and their copies.
+// frame handle is built from its record on the first get of that frame. The step keeps every
+// handle built, so the reference that get, constGet and operator[] return stays valid, and
+// refers to the same frame, for as long as the step lives (any handle or view of it): later gets
+// of other frames do not change it. A handle costs a few hundred bytes. Copying a view costs
+// O(1), and every copy sees the frames the step adds later. Indices are 0-based. One thread at a
+// time for a view, its step and their copies.
 #ifndef ODB_SEQUENCEFRAME_H
 #define ODB_SEQUENCEFRAME_H
 
@@ -34,8 +35,6 @@ class odb_SequenceFrame {
 
  private:
   std::shared_ptr<odb_StepData> m_step;
-  // The frame last handed out; a cache, so refilled also through const access.
-  mutable odb_Frame m_current;
 };
 
 #endif

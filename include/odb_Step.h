@@ -78,7 +78,7 @@ class odb_Step {
   odb_Frame Frame(const odb_LoadCase& loadCase, const odb_String& description, double frameValue);
 
   // Frame i (0-based); throws "Incorrect index for frame." for i < 0 or i >= the number of
-  // frames. The reference stays valid until the next frame get on this step handle.
+  // frames. The reference stays valid, and refers to frame i, as long as the step lives.
   odb_Frame& frames(int i) { return m_frames.get(i); }
   const odb_Frame& frames(int i) const { return m_frames.constGet(i); }
   odb_Frame& frame(int i) { return frames(i); }

@@ -15,13 +15,11 @@ int odb_SequenceFrame::size() const {
 }
 
 odb_Frame& odb_SequenceFrame::get(int i) {
-  constGet(i);
-  return m_current;
+  if (i < 0 || i >= size())
+    odb_ThrowMessage(odb_CatalogueMessage(odb_Step_BAD_FRAME_INDEX), "odb/impl/odb_Step", 412);
+  return m_step->KeptFrame(i);
 }
 
 const odb_Frame& odb_SequenceFrame::constGet(int i) const {
-  if (i < 0 || i >= size())
-    odb_ThrowMessage(odb_CatalogueMessage(odb_Step_BAD_FRAME_INDEX), "odb/impl/odb_Step", 412);
-  m_current = m_step->MakeFrame(i);
-  return m_current;
+  return const_cast<odb_SequenceFrame*>(this)->get(i);
 }

@@ -126,6 +126,13 @@ odb_Frame odb_StepData::MakeFrame(int i) const {
   return FrameOf(*this, frames[static_cast<std::size_t>(i)], i);
 }
 
+odb_Frame& odb_StepData::KeptFrame(int i) const {
+  const std::size_t at = static_cast<std::size_t>(i);
+  if (keptFrames.size() <= at) keptFrames.resize(frames.size());
+  if (!keptFrames[at]) keptFrames[at].reset(new odb_Frame(MakeFrame(i)));
+  return *keptFrames[at];
+}
+
 namespace {
 
 const odb_StepData& EmptyStep() {

@@ -12,12 +12,12 @@
 
 #include "odb_Enum.h"
 #include "odb_Frame.h"
+#include "odb_FrameFields.h"
 #include "odb_HistoryRegion.h"
 #include "odb_LoadCase.h"
 #include "odb_Repository.h"
 #include "odb_StepRepository.h"
 #include "odb_String.h"
-#include "odb_FrameFields.h"
 #include "store_Database.h"
 
 struct odb_StepData {
@@ -59,6 +59,11 @@ struct odb_StepData {
   }
   // A frame handle on record i (index checked by the caller).
   odb_Frame MakeFrame(int i) const;
+  // The frame handle of record i kept for the step's lifetime, made on first use, so that
+  // references that frame views hand out stay valid as long as the step (index checked by the
+  // caller).
+  odb_Frame& KeptFrame(int i) const;
+  mutable std::vector<std::unique_ptr<odb_Frame>> keptFrames;
 };
 
 #endif

@@ -168,19 +168,27 @@ TEST_F(StepFile, FramesAreReadWhenFirstAskedForAndUpdateReadsOnlyNewOnes) {
   EXPECT_FALSE(reader.Update());
 }
 
-TEST_F(StepFile, SequenceReferenceHoldsUntilTheNextGetAndCopiesShareFrames) {
+TEST_F(StepFile, FrameReferencesKeepTheirFrameAcrossLaterGetsAndCopiesShareFrames) {
   odb_Step& step = FiveFrames(NewStep("Step-1"));
   odb_Step copy = step;
   odb_SequenceFrame& frames = step.frames();
   const odb_Frame& first = frames.get(0);
+  odb_Frame& a = step.frames(1);
+  odb_Frame& b = step.frames(4);
   step.Frame(9, 9.0, "added");
-  EXPECT_EQ(first.frameIndex(), 0);
   EXPECT_EQ(copy.frames().size(), 6);
   EXPECT_EQ(copy.frames(5).description(), "added");
-  odb_Frame kept = first;
+  const odb_Frame& viaCopy = copy.frames()[3];
   frames.get(3);
-  EXPECT_EQ(first.frameIndex(), 3);
-  EXPECT_EQ(kept.frameIndex(), 0);
+  odb_SequenceFrame view = step.frames();
+  view.get(2);
+  EXPECT_EQ(first.frameIndex(), 0);
+  EXPECT_EQ(a.frameIndex(), 1);
+  EXPECT_EQ(b.frameIndex(), 4);
+  EXPECT_FLOAT_EQ(a.frameValue(), step.frames(1).frameValue());
+  EXPECT_NE(a.frameValue(), b.frameValue());
+  EXPECT_EQ(viaCopy.frameIndex(), 3);
+  EXPECT_EQ(&viaCopy, &frames.get(3)) << "every view of a step hands out the same frame";
 }
 
 TEST(OdbStepCatalogue, FrameNotFoundKeepsItsOddKeyAndText) {
