@@ -1,8 +1,10 @@
 #include "odb_OdbRepository.h"
 
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <fstream>
 
 #include "OdbSession.h"
@@ -93,6 +95,44 @@ TEST_F(Registry, LockFileMakesAWriteOpenReadOnlyAndSavingWritesNothing) {
   EXPECT_EQ(TakeWarnings(), "Warning: Database was opened read-only and cannot be saved.\n");
   closeOdb(odb);
   EXPECT_TRUE(Exists(path + ".lck")) << "another application's lock is left alone";
+}
+
+// A writer killed while it had the file open leaves its lock: the next writable open still
+// reads only, but says that the writer is gone and how to recover.
+TEST_F(Registry, LockLeftByAWriterThatIsGoneSaysSoAndHowToRecover) {
+  std::string path = m_dir.file("a.odb");
+  pid_t writer = fork();
+  ASSERT_GE(writer, 0);
+  if (writer == 0) {
+    Odb("", "", "", path.c_str()).save();
+    _exit(0);  // killed in effect: nothing closes the database or removes its lock
+  }
+  int status = 0;
+  waitpid(writer, &status, 0);
+  ASSERT_TRUE(Exists(path + ".lck"));
+  odb_Odb& odb = openOdb(path.c_str(), false);
+  EXPECT_TRUE(odb.isReadOnly());
+  char host[256] = {};
+  gethostname(host, sizeof host - 1);
+  const std::string lock = path + ".lck";
+  const std::string warnings = TakeWarnings();
+  EXPECT_EQ(warnings.rfind("Warning: An output database lock file " + lock, 0), 0u) << warnings;
+  EXPECT_NE(warnings.find("Warning: The lock file " + lock + " was left by process " +
+                          std::to_string(writer) + " on host " + host +
+                          ", which no longer runs: that writer ended without closing the "
+                          "database. What it last saved is intact. Delete " +
+                          lock + " to open the database for writing again.\n"),
+            std::string::npos)
+      << warnings;
+  closeOdb(odb);
+
+  // A lock of a writer that still runs gets the plain warning only.
+  std::remove(lock.c_str());
+  odb_Odb& live = Odb("live", "", "", path.c_str());
+  odb_Odb& second = openOdb("second", path.c_str(), false);
+  EXPECT_TRUE(second.isReadOnly());
+  EXPECT_EQ(TakeWarnings().find("no longer runs"), std::string::npos);
+  closeOdb(live);
 }
 
 TEST_F(Registry, FileWithoutWritePermissionOpensReadOnly) {
