@@ -130,7 +130,8 @@ int main(int argc, char** argv) {
           float row[6];
           for (int c = 0; c < 6; ++c) row[c] = Stress(f, e, p, c);
           rows.append(odb_SequenceFloat(row, 6));
-          (hex ? hexData : shellData).insert((hex ? hexData : shellData).end(), row, row + 6);
+          std::vector<float>& block = hex ? hexData : shellData;
+          block.insert(block.end(), row, row + 6);
         }
       }
       odb_Frame frame = step.Frame(f + 1, 0.5 * (f + 1), "Increment");
