@@ -5,7 +5,6 @@
 SAMPLE_WRITER writes the database and prints, as JSON, every number it wrote; each reading
 function must give them back with the element type and shape docs/file-format.md gives.
 """
-import importlib.util
 import json
 import os
 import sqlite3
@@ -22,9 +21,9 @@ except ImportError:
     sys.exit(0)
 
 WRITER, SCRIPT = sys.argv[1:3]
-spec = importlib.util.spec_from_file_location("read_odb", SCRIPT)
-read_odb = importlib.util.module_from_spec(spec)
-spec.loader.exec_module(read_odb)
+sys.dont_write_bytecode = True  # leave no __pycache__ in the source tree
+sys.path.insert(0, os.path.dirname(os.path.abspath(SCRIPT)))
+import read_odb  # noqa: E402  (found only once its folder is on the path)
 
 
 class ReadOdb(unittest.TestCase):
