@@ -3,8 +3,9 @@
 # Safe to run again: when everything is present it prints one line and changes nothing.
 set -euo pipefail
 
-# libgtest-dev brings GoogleTest's CMake package (GTestConfig.cmake) that the test build finds.
-packages=(g++ cmake make pkg-config libsqlite3-dev libgtest-dev git)
+# libgtest-dev brings GoogleTest's CMake package (GTestConfig.cmake) that the test build finds;
+# python3-numpy lets the test of the Python reading example run instead of being skipped.
+packages=(g++ cmake make pkg-config libsqlite3-dev libgtest-dev git python3-numpy)
 
 missing=()
 for p in "${packages[@]}"; do

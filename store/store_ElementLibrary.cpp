@@ -149,11 +149,15 @@ struct Row {
   Shape shape;
 };
 
-using Table = std::unordered_map<std::string, store_ElementClass>;
+// The classes by name, and their order of definition (families together) for listings.
+struct Table {
+  std::unordered_map<std::string, store_ElementClass> byName;
+  std::vector<const store_ElementClass*> inOrder;
+};
 
 void Add(Table& table, const std::string& name, odb_Enum::odb_ElementGeometryClass geometry,
          const Shape& shape) {
-  store_ElementClass& cls = table[name];
+  store_ElementClass& cls = table.byName[name];
   cls.name = name;
   cls.nodesPerElement = shape.nodes;
   cls.dimension = shape.dimension;
@@ -161,6 +165,7 @@ void Add(Table& table, const std::string& name, odb_Enum::odb_ElementGeometryCla
   cls.faces = *shape.faces;
   cls.integrationPointCoordinates = PointsOf(shape.rule);
   cls.integrationPoints = static_cast<int>(cls.integrationPointCoordinates.size());
+  table.inOrder.push_back(&cls);  // map nodes never move, so the pointer stays valid
 }
 
 Table Build() {
@@ -262,8 +267,12 @@ const Table& Library() {
 
 const store_ElementClass* store_FindElementClass(const std::string& type) {
   const Table& table = Library();
-  auto it = table.find(type);
-  return it == table.end() ? nullptr : &it->second;
+  auto it = table.byName.find(type);
+  return it == table.byName.end() ? nullptr : &it->second;
+}
+
+const std::vector<const store_ElementClass*>& store_ElementClasses() {
+  return Library().inOrder;
 }
 
 store_ElementClass store_ElementClassOf(const std::string& type, int nodesPerElement) {

@@ -52,6 +52,11 @@ struct store_ElementClass {
 // written in decks).
 const store_ElementClass* store_FindElementClass(const std::string& type);
 
+// Every known class once, in the order the table defines them: solids, the planar continuum
+// families, then shells, membranes, beams, trusses, rigid, surface and connector elements. For
+// listings such as the table of element types in the documentation.
+const std::vector<const store_ElementClass*>& store_ElementClasses();
+
 // The class of any type: a known one (whose own node count wins over `nodesPerElement`), or for
 // an unknown name a user element with `nodesPerElement` nodes (from its connectivity), one
 // integration point at the origin, dimension 3, no faces and geometry GEOMETRY_USER.

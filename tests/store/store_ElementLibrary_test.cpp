@@ -167,4 +167,16 @@ TEST(ElementLibrary, UnknownNamesAreUserElementsAndLabelsFollowTheDeck) {
   EXPECT_EQ(store_FaceLabel(Known("CONN3D2"), odb_Enum::END1), "");
 }
 
+// The listing is what the documentation's table is made from: each known type once, and the
+// very class a lookup by name gives.
+TEST(ElementLibrary, ListingHoldsEveryKnownTypeOnceAsFoundByName) {
+  std::set<std::string> listed;
+  for (const store_ElementClass* cls : store_ElementClasses()) {
+    EXPECT_TRUE(listed.insert(cls->name).second) << cls->name;
+    EXPECT_EQ(store_FindElementClass(cls->name), cls) << cls->name;
+  }
+  std::istringstream types(kTypes);
+  for (std::string type; types >> type;) EXPECT_EQ(listed.count(type), 1u) << type;
+}
+
 }  // namespace
