@@ -60,6 +60,18 @@ struct DirectChunk {
 // The file is synced on a second thread each time this many chunks (16 MiB) more were written.
 const int kChunksPerSync = 4;
 
+// Called by SQLite while another process holds the lock it needs: a reader waits for a writer
+// in another process to finish writing a save into the file, a writer for readers to let go
+// before it commits, each for up to store_kBusyMilliseconds. It looks again every millisecond
+// (SQLite's own timeout backs off to every 100 ms): a writer that saves frame after frame
+// leaves the file free only for the few milliseconds between a commit and its next spill, and
+// a reader that sleeps longer than that never sees a save before the last.
+int WaitForLock(void*, int tries) {
+  if (tries >= store_kBusyMilliseconds) return 0;
+  ::usleep(1000);
+  return 1;
+}
+
 bool Exists(const std::string& path) {
   struct stat st;
   return ::stat(path.c_str(), &st) == 0;
@@ -204,9 +216,7 @@ void store_Database::Connect(int flags, const std::string& name) {
   }
   m_conn->file.reset(new store_SharedFile(m_path));
   sqlite3_extended_result_codes(db, 1);
-  // A reader waits this long for a writer in another process to finish writing a save into the
-  // file; a writer waits as long for readers to let go before it commits.
-  sqlite3_busy_timeout(db, store_kBusyMilliseconds);
+  sqlite3_busy_handler(db, WaitForLock, nullptr);
   m_conn->cache.reset(new store_StatementCache(db));
 }
 

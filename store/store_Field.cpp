@@ -27,7 +27,8 @@ std::vector<std::string> SplitLabels(const std::string& text) {
 
 std::string JoinInts(const std::vector<int>& values) {
   std::string text;
-  for (std::size_t i = 0; i < values.size(); ++i) text += (i ? "," : "") + std::to_string(values[i]);
+  for (std::size_t i = 0; i < values.size(); ++i)
+    text += (i ? "," : "") + std::to_string(values[i]);
   return text;
 }
 
@@ -63,8 +64,9 @@ std::vector<store_FieldRecord> store_Fields(store_Database& db, std::int64_t ste
 
 void store_AddField(store_Database& db, std::int64_t stepId, int frameIndex,
                     store_FieldRecord& record) {
-  db.Sql("INSERT INTO field_output(step_id, frame_index, field_index, name, description, type, "
-         "component_labels, invariants) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)")
+  db.Sql(
+        "INSERT INTO field_output(step_id, frame_index, field_index, name, description, type, "
+        "component_labels, invariants) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)")
       .Bind(1, stepId)
       .Bind(2, frameIndex)
       .Bind(3, record.index)
@@ -106,7 +108,8 @@ std::vector<store_FieldBlockRecord> store_FieldBlocks(store_Database& db, std::i
   return blocks;
 }
 
-void store_AddFieldBlock(store_Database& db, std::int64_t fieldId, const store_FieldBlockRecord& b) {
+void store_AddFieldBlock(store_Database& db, std::int64_t fieldId,
+                         const store_FieldBlockRecord& b) {
   int block = 0;
   {
     store_Statement q = db.Sql("SELECT COUNT(*) FROM field_block WHERE field_id = ?1");
@@ -140,7 +143,8 @@ void store_AddFieldBlock(store_Database& db, std::int64_t fieldId, const store_F
 
 int store_StepFieldBlockCount(store_Database& db, std::int64_t stepId) {
   store_Statement q = db.Sql(
-      "SELECT COUNT(*) FROM field_block JOIN field_output ON field_output.id = field_block.field_id "
+      "SELECT COUNT(*) FROM field_block JOIN field_output ON field_output.id = "
+      "field_block.field_id "
       "WHERE field_output.step_id = ?1");
   q.Bind(1, stepId);
   return q.Step() ? q.Int(0) : 0;

@@ -1,5 +1,7 @@
 #include "store_LargeAllocator.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <iterator>
@@ -8,8 +10,6 @@
 #include <mutex>
 #include <new>
 #include <unordered_map>
-
-#include <unistd.h>
 
 #ifdef __linux__
 #include <sys/mman.h>
@@ -26,8 +26,12 @@ const std::size_t kKeptFrom = 256u << 10, kKeptGrain = 64u << 10;
 
 // Under the address sanitizer, kept blocks are poisoned, so that a use after free still reports.
 #if defined(__SANITIZE_ADDRESS__)
-void Poison(void* memory, std::size_t bytes) { ASAN_POISON_MEMORY_REGION(memory, bytes); }
-void Unpoison(void* memory, std::size_t bytes) { ASAN_UNPOISON_MEMORY_REGION(memory, bytes); }
+void Poison(void* memory, std::size_t bytes) {
+  ASAN_POISON_MEMORY_REGION(memory, bytes);
+}
+void Unpoison(void* memory, std::size_t bytes) {
+  ASAN_UNPOISON_MEMORY_REGION(memory, bytes);
+}
 #else
 void Poison(void*, std::size_t) {}
 void Unpoison(void*, std::size_t) {}

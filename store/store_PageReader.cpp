@@ -14,7 +14,9 @@ const unsigned char kInteriorTable = 0x05, kLeafTable = 0x0D;
 const std::size_t kCachedPages = 64;
 const std::size_t kRunPages = 256;  // pages a read takes at most (IOV_MAX allows 512)
 
-std::uint32_t Get2(const unsigned char* p) { return (std::uint32_t(p[0]) << 8) | p[1]; }
+std::uint32_t Get2(const unsigned char* p) {
+  return (std::uint32_t(p[0]) << 8) | p[1];
+}
 
 std::uint32_t Get4(const unsigned char* p) {
   return (std::uint32_t(p[0]) << 24) | (std::uint32_t(p[1]) << 16) | (std::uint32_t(p[2]) << 8) |

@@ -8,11 +8,11 @@
 // chain of overflow pages through the file's shared descriptor (store_SharedFile): each system
 // read takes a run of consecutive pages, their contents straight into the destination and
 // their links aside. It is used only where that is safe: the connection holds a read
-// transaction, has written nothing, and the write-ahead log is empty, so every page of its
-// snapshot is in the database file and no checkpoint can change them while the transaction
-// lasts. Anything it does not expect (a page of an unknown kind, a pointer out of range, a
-// length that does not match, reserved bytes in pages) makes Start or CopyRest return false,
-// and the caller reads the blob through SQLite instead.
+// transaction (so no writer can write into the file while it lasts) and has written nothing,
+// and, for a file of an earlier release still in write-ahead-log mode, the log is empty, so
+// every page of its snapshot is in the database file. Anything it does not expect (a page of an
+// unknown kind, a pointer out of range, a length that does not match, reserved bytes in pages)
+// makes Start or CopyRest return false, and the caller reads the blob through SQLite instead.
 //
 // One object per read transaction: the pages it caches belong to that snapshot.
 #ifndef STORE_PAGEREADER_H
@@ -29,8 +29,9 @@ class store_PageReader {
   // A reader, through descriptor `fd`, of the table whose b-tree starts at `rootPage`.
   store_PageReader(int fd, std::int64_t rootPage);
 
-  // Whether the connection's snapshot can be read from the file: `databasePath`'s log holds no
-  // frames. Call it while a statement of the transaction is active.
+  // Whether the connection's snapshot can be read from the file: `databasePath` has no
+  // write-ahead log, or one that holds no frames. Call it while a statement of the transaction
+  // is active.
   static bool FileHoldsSnapshot(const std::string& databasePath);
 
   // What is left of a blob to copy from its chain of overflow pages: bytes `done` to `bytes` of

@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <fstream>
 #include <random>
 #include <vector>
@@ -180,14 +181,16 @@ TEST(StoreDatabase, CreateRefusesMissingOrNonFolders) {
   EXPECT_EQ(reason(dir.file("plain/a.odb")), "Not a directory.");
 }
 
-// A writer process appends frames and commits every few; after each commit it reports the
-// committed count through a pipe. It is killed at a random moment. The file must then open
-// cleanly and hold exactly a committed state: the last reported one, or the next one when the
-// kill fell between a commit and its report.
+// A writer process appends frames and a 3 MB array and commits every few frames; after each
+// commit it reports the committed count through a pipe. The arrays make its transactions spill
+// pages into the file before they commit. It is killed at a random moment. The file must then
+// open cleanly, first for reading, and hold exactly a committed state: the last reported one, or
+// the next one when the kill fell between a commit and its report, every array whole.
 TEST(StoreDatabase, WriterKilledAtRandomMomentsLeavesLastCommittedState) {
   TempDir dir;
   std::mt19937 random(20261122);
   const int kRuns = 50, kBatch = 7;
+  const std::size_t kArrayBytes = 3u << 20;
   for (int run = 0; run < kRuns; ++run) {
     std::string path = dir.file("kill" + std::to_string(run) + ".odb");
     std::int64_t stepId;
@@ -206,12 +209,15 @@ TEST(StoreDatabase, WriterKilledAtRandomMomentsLeavesLastCommittedState) {
       close(pipeFds[0]);
       auto db = store_Database::Open(path, false);
       std::vector<char> filler(4000, 'x');
+      std::vector<unsigned char> array(kArrayBytes);
       for (int committed = 0;;) {
         for (int k = 0; k < kBatch; ++k) {
           store_FrameRecord frame;
           frame.description.assign(filler.begin(), filler.end());
           db->AddFrame(stepId, frame);
         }
+        std::fill(array.begin(), array.end(), static_cast<unsigned char>(committed / kBatch));
+        db->PutArray("filler", array.data(), array.size());
         db->Commit();
         committed += kBatch;
         if (write(pipeFds[1], &committed, sizeof committed) != sizeof committed) _exit(1);
@@ -227,10 +233,19 @@ TEST(StoreDatabase, WriterKilledAtRandomMomentsLeavesLastCommittedState) {
     close(pipeFds[0]);
 
     ASSERT_EQ(store_Database::SchemaVersion(path), store_kSchemaVersion) << "run " << run;
-    auto db = store_Database::Open(path, false);
+    auto db = store_Database::Open(path, true);
     int frames = db->FrameCount(stepId);
     EXPECT_TRUE(frames == reported || frames == reported + kBatch)
         << "run " << run << ": " << frames << " frames, " << reported << " reported";
+    std::vector<unsigned char> array(kArrayBytes);
+    for (int batch = 0; batch < frames / kBatch; ++batch) {
+      ASSERT_EQ(db->ArrayBytes(batch + 1), kArrayBytes);
+      db->GetArray(batch + 1, array.data());
+      EXPECT_EQ(std::count(array.begin(), array.end(), batch), long(kArrayBytes)) << batch;
+    }
+    store_Statement arrays = db->Sql("SELECT count(*) FROM array");
+    ASSERT_TRUE(arrays.Step());
+    EXPECT_EQ(arrays.Int(0), frames / kBatch) << "an array of an unsaved batch is visible";
     sqlite3_stmt* check = nullptr;
     sqlite3_prepare_v2(db->Connection(), "PRAGMA integrity_check", -1, &check, nullptr);
     ASSERT_EQ(sqlite3_step(check), SQLITE_ROW);

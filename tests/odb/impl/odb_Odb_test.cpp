@@ -3,8 +3,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
+#include <cstdio>
+#include <vector>
+
 #include "OdbSession.h"
-#include "odb_OdbRepository.h"
+#include "odb_API.h"
 
 namespace {
 
@@ -96,6 +100,150 @@ TEST_F(Database, UpdateReadsWhatAnotherProcessSaved) {
   int status = 0;
   waitpid(reader, &status, 0);
   EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "the reader missed an update";
+}
+
+// The live-reader case: a writer saves large frames (each more than its page cache holds, so
+// that it spills pages into the file while it writes) while two readers in other processes
+// keep calling update() and reading the newest frame's stress, value by value. The writer
+// starts each frame once both readers have checked the one before, so that the readers are
+// polling while it writes and saves. A reader must never see part of a save, and must see
+// every save.
+namespace live {
+
+const int kElements = 64000, kPoints = 8, kFrames = 5;
+const std::size_t kValues = std::size_t(kElements) * kPoints * 6;
+
+// The stress of frame f is this pattern plus 100000 f, exact in float: at value i of
+// integration point row r = i / 6 and component c = i % 6, (r % 50000) + c / 4.
+std::vector<float> Pattern() {
+  std::vector<float> pattern(kValues);
+  for (std::size_t i = 0; i < kValues; ++i) pattern[i] = float((i / 6) % 50000) + 0.25f * (i % 6);
+  return pattern;
+}
+
+// A row of kElements bricks; node labels from 1, element labels from 1.
+void WriteMesh(odb_Odb& odb) {
+  odb_DiscretePart& part = odb.DiscretePart("ROW", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
+  odb_SequenceInt nodes, elements;
+  odb_SequenceSequenceFloat points;
+  odb_SequenceSequenceInt rows;
+  for (int i = 0; i <= kElements; ++i)
+    for (int k = 0; k < 4; ++k) {
+      nodes.append(4 * i + k + 1);
+      float xyz[3] = {float(i), float(k % 2), float(k / 2)};
+      points.append(odb_SequenceFloat(xyz, 3));
+    }
+  for (int e = 0; e < kElements; ++e) {
+    const int a = 4 * e + 1, b = a + 4;
+    int row[8] = {a, b, b + 1, a + 1, a + 2, b + 2, b + 3, a + 3};
+    elements.append(e + 1);
+    rows.append(odb_SequenceInt(row, 8));
+  }
+  part.addNodes(nodes, points);
+  part.addElements(elements, rows, "C3D8");
+  odb.rootAssembly().Instance("ROW-1", part);
+  odb.Step("S", "", odb_Enum::TIME, 1.0, "", "", 0.0);
+}
+
+// True when every value, label and point of frame f's S is as written.
+bool StressIsWhole(const odb_Frame& frame, int f, const std::vector<float>& pattern) {
+  const odb_SequenceFieldBulkData& blocks = frame.fieldOutputs()["S"].bulkDataBlocks();
+  if (blocks.size() != 1 || blocks[0].length() != kElements * kPoints || blocks[0].width() != 6)
+    return false;
+  const odb_FieldBulkData& block = blocks[0];
+  const float* data = block.data();
+  const float offset = 100000.0f * f;
+  for (std::size_t i = 0; i < kValues; ++i)
+    if (data[i] != pattern[i] + offset) return false;
+  for (int at = 0; at < kElements * kPoints; ++at)
+    if (block.elementLabels()[at] != at / kPoints + 1 ||
+        block.integrationPoints()[at] != at % kPoints + 1)
+      return false;
+  return true;
+}
+
+// Reads every frame as it is saved and reports each one checked on `done`; the exit status
+// says how it went.
+int Reader(const std::string& path, int done) try {
+  const std::vector<float> pattern = Pattern();
+  odb_Odb& odb = openOdb(path.c_str(), true);
+  odb.steps();
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(120);
+  for (int checked = -1; checked < kFrames - 1;) {
+    if (std::chrono::steady_clock::now() > deadline) return 3;
+    odb.update();
+    const odb_SequenceFrame& frames = odb.steps()["S"].frames();
+    const int newest = frames.size() - 1;
+    if (newest <= checked) continue;
+    if (newest != checked + 1) return 4;
+    if (!StressIsWhole(frames[newest], newest, pattern)) return 1;
+    checked = newest;
+    if (write(done, &checked, sizeof checked) != sizeof checked) return 2;
+  }
+  closeOdb(odb);
+  return 0;
+} catch (const odb_Exception& e) {
+  std::fprintf(stderr, "reader: %s\n", e.JournalMessage().CStr());
+  return 2;
+}
+
+// Writes and saves the frames, each once every reader has checked the one before.
+void Writer(const std::string& path, const std::vector<int>& done) {
+  odb_Odb& odb = openOdb(path.c_str(), false);
+  odb_Instance& instance = odb.rootAssembly().instance("ROW-1");
+  std::vector<int> labels(kElements);
+  for (int e = 0; e < kElements; ++e) labels[e] = e + 1;
+  const std::vector<float> pattern = Pattern();
+  std::vector<float> stress(kValues);
+  for (int f = 0; f < kFrames; ++f) {
+    for (int fd : done) {
+      int checked = -1;
+      while (checked < f - 1 && read(fd, &checked, sizeof checked) == sizeof checked) {
+      }
+    }
+    for (std::size_t i = 0; i < kValues; ++i) stress[i] = pattern[i] + 100000.0f * f;
+    odb_Frame frame = odb.steps()["S"].Frame(f, 0.1 * f, "");
+    frame.FieldOutput("S", "", odb_Enum::TENSOR_3D_FULL)
+        .addData(odb_Enum::INTEGRATION_POINT, instance, kElements, labels.data(),
+                 kElements * kPoints, 6, stress.data());
+    saveOdb(odb);
+  }
+  closeOdb(odb);
+}
+
+}  // namespace live
+
+TEST_F(Database, LiveReadersSeeEverySaveWholeWhileAWriterSavesFrames) {
+  const std::string path = m_dir.file("live.odb");
+  odb_Odb& odb = Odb("", "", "", path.c_str());
+  live::WriteMesh(odb);
+  saveOdb(odb);
+  closeOdb(odb);
+  std::vector<pid_t> readers;
+  std::vector<int> done;
+  for (int r = 0; r < 2; ++r) {
+    int fds[2];
+    ASSERT_EQ(pipe(fds), 0);
+    pid_t reader = fork();
+    ASSERT_GE(reader, 0);
+    if (reader == 0) {
+      close(fds[0]);
+      _exit(live::Reader(path, fds[1]));
+    }
+    close(fds[1]);
+    readers.push_back(reader);
+    done.push_back(fds[0]);
+  }
+  live::Writer(path, done);
+  for (pid_t reader : readers) {
+    int status = 0;
+    waitpid(reader, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0)
+        << "reader exit " << (WIFEXITED(status) ? WEXITSTATUS(status) : -1)
+        << " (1: a frame read wrong, 2: an error, 3: the last frame never came, 4: a save "
+           "skipped)";
+  }
+  for (int fd : done) close(fd);
 }
 
 TEST_F(Database, SecondProcessWritingFindsTheLockAndReadsOnly) {
