@@ -69,8 +69,8 @@ double ReadBaseline(const std::string& path) {
   return sum;
 }
 
-// Creates the database, appends every pair one call at a time and saves; the close, which folds
-// the log back into the file, is timed apart by the caller.
+// Creates the database, appends every pair one call at a time and saves; the close is timed
+// apart by the caller.
 void WriteOurs(const std::string& path) {
   odb_Odb& odb = Odb("", "bench", "history", path.c_str());
   odb_Step& step = odb.Step("Step-1", "", odb_Enum::TIME, 1.0, "", "*STATIC", 0.0);

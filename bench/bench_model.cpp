@@ -120,7 +120,7 @@ Inputs ToSequences(const Mesh& m) {
   return in;
 }
 
-// The seconds of one write: each call, and closing (which folds the log into the file).
+// The seconds of one write: each call, and closing.
 struct WriteTimes {
   double nodes = 0, elements = 0, save = 0, close = 0;
   double Total() const { return nodes + elements + save; }

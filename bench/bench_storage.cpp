@@ -64,7 +64,7 @@ void WriteRowsBare(const std::string& path) {
   sqlite3* db = nullptr;
   if (sqlite3_open(path.c_str(), &db) != SQLITE_OK) Fail("cannot create the baseline file");
   Exec(db, store_kCreateSchema);
-  Exec(db, "COMMIT; PRAGMA journal_mode=WAL;");
+  Exec(db, "COMMIT");
   Exec(db, store_kWriterPragmas);
   Exec(db, "BEGIN IMMEDIATE");
   sqlite3_stmt *step, *frame;

@@ -5,8 +5,10 @@
 // callers keep references and never delete them. closeOdb, close() or shut-down close the file;
 // the reference stays valid until the library is finalized, in a closed state: isOpen() is
 // false, name(), analysisTitle(), description(), path() and isReadOnly() answer, closing again
-// does nothing, and every other call throws "The database is closed.". Objects reached before
-// the close answer from what they already read and throw the same for anything else.
+// does nothing, and every other call throws "The database is closed.". What it read is let go
+// at the close: references into its repositories (steps(), parts() ...) end there, while copies
+// of objects reached before the close (odb_Step, odb_Frame, odb_FieldOutput ...) stay valid,
+// answer from what they already read and throw the same for anything else.
 //
 // A database opened read-only never writes, even when it shares the file of a database that
 // this process has open for writing (it then reads what that one wrote, saved or not): every

@@ -5,9 +5,9 @@
 // odb_finalize, which closes every database still open. It holds each database under the name
 // the caller gave (the path when none), and owns the odb_Odb objects: Odb and openOdb return
 // references that stay valid until the library is finalized. Once its name is closed, the object
-// answers isOpen() (false), name(), path() and isReadOnly(), and answers from what it already
-// read or throws "The database is closed." for the rest; it keeps what it read in memory until
-// the registry is destroyed. A writable database has a lock file, its
+// answers isOpen() (false), name(), path() and isReadOnly(), and throws "The database is
+// closed." for the rest; what it read is let go at the close (a few hundred bytes stay until the
+// registry is destroyed). A writable database has a lock file, its
 // path with ".lck" appended, for as long as it is open; another open for writing that finds a
 // lock file opens the database read-only instead.
 //

@@ -144,7 +144,14 @@ void odb_OdbRepository::remove(const odb_String& name) {
 
 void odb_OdbRepository::Drop(const odb_String& name) {
   cow_BtreeLink<odb_String, odb_Odb> removed;
-  if (m_odbMap.Remove(name, removed)) m_closed.push_back(removed);
+  if (!m_odbMap.Remove(name, removed)) return;
+  // The object stays where the caller's reference points, but as a closed database that holds
+  // nothing it read: a program that opens, reads and closes database after database must not
+  // keep them all in memory. Copies the caller made keep their own share.
+  odb_Odb& kept = removed.Get()->value;
+  kept = odb_Odb(kept.name(), kept.analysisTitle(), kept.description(), kept.path(), kept.ddb(),
+                 kept.isReadOnly(), kept.onlyHasUserDefinedData());
+  m_closed.push_back(removed);
 }
 
 void odb_OdbRepository::RespondToCloseOdb(const odb_String& path) {
