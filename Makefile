@@ -4,7 +4,7 @@ RELEASE := build/release
 DEBUG   := build/debug
 FORMAT_DIRS := $(wildcard include uti odb store oif tests examples bench)
 
-.PHONY: help setup release debug demo test bench install clean format
+.PHONY: help setup release-config release debug demo test bench install clean format
 
 help:
 	@echo "make demo              install build packages, build Release, run the example program"
@@ -17,15 +17,19 @@ help:
 setup:
 	@scripts/setup.sh
 
-release: setup
+release-config: setup
 	cmake -S . -B $(RELEASE) -DCMAKE_BUILD_TYPE=Release
+
+release: release-config
 	cmake --build $(RELEASE) -j$(JOBS)
 
 debug: setup
 	cmake -S . -B $(DEBUG) -DCMAKE_BUILD_TYPE=Debug -DQTVODB_SANITIZE=ON
 	cmake --build $(DEBUG) -j$(JOBS)
 
-demo: release
+# The demo builds only the library and the example program, not the tests or benchmarks.
+demo: release-config
+	cmake --build $(RELEASE) -j$(JOBS) --target odb_demo
 	$(RELEASE)/examples/odb_demo
 
 test: debug
