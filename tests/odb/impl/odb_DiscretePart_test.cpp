@@ -125,8 +125,9 @@ TEST_F(PartElements, RefusesBadArraysInTheStatedOrderAndStoresNothing) {
               part.addElements(Ints({1, 2}), Rows({{1, 2, 5, 4}}), "S4R");
             }),
             "Connectivity array must be provided for all elements.");
+  // Rows of a user element only have to agree with each other.
   EXPECT_EQ(MessageOf([&] {
-              part.addElements(Ints({1, 2}), Rows({{1, 2, 5, 4}, {1, 2, 3, 4, 5, 6, 1, 2}}), "S4R");
+              part.addElements(Ints({1, 2}), Rows({{1, 2, 5, 4}, {1, 2, 3, 4, 5, 6, 1, 2}}), "U4");
             }),
             "Element connectivity arrays should be of same length.");
   odb_SequenceSequenceInt wide;
@@ -155,11 +156,11 @@ TEST_F(PartElements, RefusalsFoundTogetherAreReportedInTheStatedOrder) {
   EXPECT_EQ(MessageOf([&] {
               part.addElements(Ints({10, 31}), Rows({{1, 2, 5, 4}, {1, 2, 5}}), "S4R");
             }),
-            "Element connectivity arrays should be of same length.");
+            "Element 31 of type S4R has 3 nodes; the type has 4.");
   EXPECT_EQ(MessageOf([&] {
               part.addElements(Ints({31, 32}), Rows({{1, 2, 99, 4}, {1, 2, 5}}), "S4R");
             }),
-            "Element connectivity arrays should be of same length.");
+            "Element 32 of type S4R has 3 nodes; the type has 4.");
   odb_SequenceSequenceInt wide;
   odb_SequenceInt row;
   for (int k = 0; k < 31; ++k) row.append(1);
@@ -203,8 +204,9 @@ TEST_F(PartElements, AnUnknownNodeFarIntoALargeAdditionLeavesTheFileAsItWas) {
     longRows.append(Ints({6, 5, 2, 3}));
   }
   longRows.get(n + 20000) = Ints({6, 5, 2});
-  EXPECT_EQ(MessageOf([&] { part.addElements(many, longRows, "S4R"); }),
-            "Element connectivity arrays should be of same length.");
+  EXPECT_EQ(
+      MessageOf([&] { part.addElements(many, longRows, "S4R"); }),
+      "Element " + std::to_string(100 + n + 20000) + " of type S4R has 3 nodes; the type has 4.");
   part.addElements(labels, rows, "S4R", "MANY");
   odb_DiscretePart& back = Reopen().parts().get("PLATE");
   EXPECT_EQ(back.elements().size(), n + 2);
@@ -237,4 +239,34 @@ TEST_F(PartElements, ReadBackInNodeLabelsWithTheirTypeClassAndCategory) {
   odb_Element fromPositions(7, 2, positions, 3, "S3", category, odb_Enum::GEOMETRY_SHELL,
                             quad.meshIndex(), 1, quad.nodeList());
   EXPECT_EQ(fromPositions.connectivity(), Ints({6, 5, 2}));
+}
+
+TEST_F(PartElements, KnownTypesRefuseAnotherNodeCountAndStoreNothing) {
+  odb_DiscretePart& part = TwoQuads();
+  EXPECT_EQ(MessageOf([&] {
+              part.addElements(Ints({17}), Rows({{1, 2, 5, 4, 2, 3, 6, 5}}), "C3D20");
+            }),
+            "Element 17 of type C3D20 has 8 nodes; the type has 20.");
+  // A later row names its own element: one converted into the store, and one checked ahead of
+  // a duplicate label that the store refuses before reading any row.
+  EXPECT_EQ(MessageOf([&] {
+              part.addElements(Ints({30, 31}), Rows({{1, 2, 5, 4}, {2, 3, 6, 5, 1}}), "M3D4");
+            }),
+            "Element 31 of type M3D4 has 5 nodes; the type has 4.");
+  EXPECT_EQ(MessageOf([&] {
+              part.addElements(Ints({10, 32}), Rows({{1, 2, 5, 4}, {2, 3, 6}}), "S4R");
+            }),
+            "Element 32 of type S4R has 3 nodes; the type has 4.");
+  // The type's count is named before the limit on nodes per element.
+  odb_SequenceInt wide;
+  for (int k = 0; k < 31; ++k) wide.append(1);
+  odb_SequenceSequenceInt wideRows;
+  wideRows.append(wide);
+  EXPECT_EQ(MessageOf([&] { part.addElements(Ints({40}), wideRows, "C3D20R"); }),
+            "Element 40 of type C3D20R has 31 nodes; the type has 20.");
+
+  odb_DiscretePart& back = Reopen().parts().get("PLATE");
+  EXPECT_EQ(back.elements().size(), 2);
+  for (int label : {17, 31, 32, 40})
+    EXPECT_EQ(MessageOf([&] { back.getElementFromLabel(label); }), "Invalid Element label");
 }
