@@ -18,6 +18,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -150,6 +151,10 @@ class store_Database {
   // request.
   void StartLogWriteback();
 
+  // True the first time `key` is given to this object, false after: how the library tells the
+  // user something once per open database rather than at every call.
+  bool FirstNotice(const std::string& key) { return m_noticed.insert(key).second; }
+
  private:
   store_Database(const std::string& path, bool readOnly);
   void Connect(int flags);
@@ -169,6 +174,7 @@ class store_Database {
   std::atomic<bool> m_logSyncing{false};
   int m_chunksSinceSync = 0;
   std::int64_t m_chunkRoot = 0;
+  std::set<std::string> m_noticed;
   // Held while the connection is open (see store_SharedFile).
   std::unique_ptr<store_SharedFile> m_file;
 };

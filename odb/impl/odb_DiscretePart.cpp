@@ -1,6 +1,7 @@
 #include "odb_DiscretePart.h"
 
 #include <algorithm>
+#include <cctype>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,8 @@
 #include "odb_Message.h"
 #include "odb_Util.h"
 #include "store_ElementLibrary.h"
+#include "thr_ThreadSingleton.h"
+#include "wip_WIP.h"
 
 const uti_LabelRow<odb_DiscretePartEnm> uti_LabelTable<odb_DiscretePartEnm, 1>::rows[] = {
     {"Number of node labels and coordinates does not match.", "odb_DiscretePart_MSGID_00",
@@ -35,6 +38,12 @@ const uti_LabelRow<odb_DiscretePartEnm> uti_LabelTable<odb_DiscretePartEnm, 1>::
      "odb_DiscretePart_MSGID_09", odb_DiscretePart_TOO_MANY_NODES},
     {"Element %1$s of type %2$s has %3$s nodes; the type has %4$s.", "odb_DiscretePart_MSGID_10",
      odb_DiscretePart_WRONG_NODE_COUNT},
+    {"Element type \"%1$s\" is not known to the library; its elements are stored as user "
+     "elements.",
+     "odb_DiscretePart_MSGID_11", odb_DiscretePart_UNKNOWN_TYPE},
+    {"Element type \"%1$s\" is not known to the library (type names are matched exactly, and "
+     "\"%2$s\" is known); its elements are stored as user elements.",
+     "odb_DiscretePart_MSGID_12", odb_DiscretePart_UNKNOWN_TYPE_CASE},
     {nullptr, nullptr, {}}};
 
 namespace {
@@ -146,6 +155,21 @@ struct RowLength {
   }
 };
 
+// Tells the user, once per type name and open database, that elements of a type the element
+// library does not know are stored as user elements: a misspelt or lower-case name of a known
+// type would otherwise lose its integration points and faces without a word.
+void WarnUserElements(store_Database& db, const odb_String& type) {
+  const std::string name = odb_ToText(type);
+  if (!db.FirstNotice("user element type " + name)) return;
+  std::string upper = name;
+  for (char& c : upper) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  const odb_String text =
+      upper != name && store_FindElementClass(upper)
+          ? odb_CatalogueMessage(odb_DiscretePart_UNKNOWN_TYPE_CASE, {type, odb_FromText(upper)})
+          : odb_CatalogueMessage(odb_DiscretePart_UNKNOWN_TYPE, {type});
+  thr_ThreadSingleton<wip_WIP>::Instance().Warning(text);
+}
+
 }  // namespace
 
 void odb_DiscretePart::addNodes(const odb_SequenceInt& labels,
@@ -224,6 +248,7 @@ void odb_DiscretePart::addElements(const odb_SequenceInt& labels,
       std::move(labelArray), width, rows, type.CStr(), sectionCategory.name().CStr());
   if (refusal) length.CheckAll();
   Refused(refusal, part.name);
+  if (!known) WarnUserElements(part.Store(), type);
   MakeSetOf(part, elementSetName, odb_Set::ELEMENT_SET, setLabels);
 }
 

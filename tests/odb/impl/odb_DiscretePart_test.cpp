@@ -270,3 +270,47 @@ TEST_F(PartElements, KnownTypesRefuseAnotherNodeCountAndStoreNothing) {
   for (int label : {17, 31, 32, 40})
     EXPECT_EQ(MessageOf([&] { back.getElementFromLabel(label); }), "Invalid Element label");
 }
+
+TEST_F(PartElements, UnknownTypesWarnOncePerDatabaseAndRoundTripAsUserElements) {
+  odb_DiscretePart& part = TwoQuads();
+  TakeWarnings();
+  part.addElements(Ints({30}), Rows({{1, 2, 4, 5}}), "c3d4");
+  EXPECT_EQ(TakeWarnings(),
+            "Warning: Element type \"c3d4\" is not known to the library (type names are matched "
+            "exactly, and \"C3D4\" is known); its elements are stored as user elements.\n");
+  part.addElements(Ints({31}), Rows({{2, 3, 5, 6}}), "c3d4");
+  m_odb->DiscretePart("OTHER", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
+  EXPECT_EQ(TakeWarnings(), "");
+  // A refused call stores nothing, so it has nothing to warn about.
+  EXPECT_EQ(MessageOf([&] {
+              part.addElements(Ints({32}), Rows({{1, 99}}), "SPRINGA");
+            }),
+            "Element 32 of part \"PLATE\" refers to node 99, which the part does not have.");
+  EXPECT_EQ(TakeWarnings(), "");
+  part.addElements(Ints({32, 33}), Rows({{1, 6}, {3, 4}}), "SPRINGA");
+  part.addElements(Ints({34}), Rows({{1, 2, 3, 4, 5, 6}}), "STRI65");
+  EXPECT_EQ(TakeWarnings(),
+            "Warning: Element type \"SPRINGA\" is not known to the library; its elements are "
+            "stored as user elements.\n"
+            "Warning: Element type \"STRI65\" is not known to the library; its elements are "
+            "stored as user elements.\n");
+
+  odb_DiscretePart& back = Reopen().parts().get("PLATE");
+  EXPECT_EQ(back.elements().size(), 7);
+  const odb_Element lower = back.getElementFromLabel(31);
+  EXPECT_EQ(lower.type(), "c3d4");
+  EXPECT_EQ(lower.geometryClass(), odb_Enum::GEOMETRY_USER);
+  EXPECT_EQ(lower.connectivity(), Ints({2, 3, 5, 6}));
+  EXPECT_EQ(back.getElementFromLabel(33).connectivity(), Ints({3, 4}));
+  EXPECT_EQ(back.getElementFromLabel(34).numberOfNodes(), 6);
+
+  // Another session of the same file warns again, once.
+  closeOdb(*m_odb);
+  m_odb = &openOdb(m_path.c_str());
+  odb_DiscretePart& again = m_odb->parts().get("PLATE");
+  again.addElements(Ints({35}), Rows({{1, 2}}), "SPRINGA");
+  again.addElements(Ints({36}), Rows({{2, 3}}), "SPRINGA");
+  EXPECT_EQ(TakeWarnings(),
+            "Warning: Element type \"SPRINGA\" is not known to the library; its elements are "
+            "stored as user elements.\n");
+}
