@@ -37,7 +37,7 @@
 #include "odb_SubField.h"
 #include "uti_LabelMap.h"
 
-// The messages of field outputs, in catalogue order (codes 0..32 are keys _01.._33).
+// The messages of field outputs, in catalogue order (codes 0..33 are keys _01.._34).
 enum odb_FieldOutputEnm : int {
   odb_FieldOutput_ORPHAN_WRITE = 0,
   odb_FieldOutput_NO_INSTANCE = 1,           // %s: instance name
@@ -71,7 +71,9 @@ enum odb_FieldOutputEnm : int {
   odb_FieldOutput_DYNAMIC_CSYS = 29,         //
   odb_FieldOutput_SIX_DOF_CSYS = 30,         //
   odb_FieldOutput_UNDEFINED_LABELS = 31,     //
-  odb_FieldOutput_CONJUGATE_LENGTH = 32      //
+  odb_FieldOutput_CONJUGATE_LENGTH = 32,     //
+  odb_FieldOutput_REPEATED_LABEL = 33        // %1$s Node/Element, %2$s label, %3$s position,
+                                             // %4$s instance
 };
 
 template <>
@@ -107,13 +109,19 @@ class odb_FieldOutput {
   // section point of the data; one orientation (2 or 4 floats) for all values or one per value
   // (tensors only); the conjugate (imaginary) parts, one sequence per data sequence.
   // Checks, in order: orphan, instance, conjugate count, orientation on a scalar, vector or
-  // matrix field, position, labels the instance lacks, section point; then per group (element
-  // type and section category, in order of first appearance) the number of rows and the row
-  // widths. A call of one group must bring exactly its rows; in a call of several groups each
-  // group takes the rows of its own elements, and rows left over are reported once all groups
-  // are written ("... N data sequences written from the M supplied ..."). For complex data the
-  // counts in the length message are doubled (value and conjugate). Each call's labels are
-  // recorded as the internal set "api_set N", N the number of blocks the step held before.
+  // matrix field, position, labels the instance lacks, a label given twice ("Node label L is
+  // given more than once in one addData() call (NODAL data of instance "I")."), section point;
+  // then per group (element type and section category, in order of first appearance) the
+  // number of rows and the row widths. The repeat check costs one comparison per label when
+  // the labels increase, else one more lookup per label and a bit per node or element of the
+  // range they reach. A call of one group must bring exactly its rows; in a call of several
+  // groups each group takes the rows of its own elements, and rows left over are reported once
+  // all groups are written ("... N data sequences written from the M supplied ..."). For
+  // complex data the counts in the length message are doubled (value and conjugate). Each
+  // call's labels are recorded as the internal set "api_set N", N the number of blocks the step
+  // held before.
+  // Labels are checked within one call only: a later call may write a label again at the same
+  // position and section point, and both values are kept and read back, in the order written.
   void addData(odb_Enum::odb_ResultPositionEnum position, const odb_Instance& instance,
                const odb_SequenceInt& labels, const odb_SequenceSequenceFloat& data,
                const odb_SectionPoint& sectionPoint = odb_SectionPoint(),

@@ -79,6 +79,9 @@ const uti_LabelRow<odb_FieldOutputEnm> uti_LabelTable<odb_FieldOutputEnm, 1>::ro
      "odb_FieldOutput_MSGID_32", odb_FieldOutput_UNDEFINED_LABELS},
     {"Data and ConjugateData must have the same length.", "odb_FieldOutput_MSGID_33",
      odb_FieldOutput_CONJUGATE_LENGTH},
+    {"%1$s label %2$s is given more than once in one addData() call (%3$s data of instance "
+     "\"%4$s\").",
+     "odb_FieldOutput_MSGID_34", odb_FieldOutput_REPEATED_LABEL},
     {nullptr, nullptr, {}}};
 
 int odb_FieldData::Width() const {

@@ -52,3 +52,23 @@ TEST(LabelIndex, FirstMissingFindsTheFirstUnindexedLabelInEveryForm) {
     EXPECT_EQ(index.FirstMissing(probe.data(), probe.size()), 0);
   }
 }
+
+TEST(LabelIndex, FirstRepeatFindsTheFirstLabelMetTwiceInEveryForm) {
+  const std::vector<std::vector<int>> forms = {
+      {1, 2, 3, 4, 5, 6, 7, 8}, {8, 1, 3, 5, 7, 2, 4, 6}, {800000000, 1, 3, 5, 7, 2, 4, 6}};
+  for (const std::vector<int>& labels : forms) {
+    store_LabelIndex index;
+    int duplicate = 0;
+    ASSERT_TRUE(index.Build(labels.data(), static_cast<int>(labels.size()), duplicate));
+    auto repeat = [&](std::vector<int> probe) {
+      return index.FirstRepeat(probe.data(), probe.size());
+    };
+    EXPECT_EQ(repeat({}), -1);
+    EXPECT_EQ(repeat({1, 3, 8}), -1) << labels[0];
+    EXPECT_EQ(repeat({8, 1, 3, 5, 7, 2, 4, 6}), -1) << labels[0];
+    EXPECT_EQ(repeat({2, 2}), 1) << "an equal neighbour ends the increasing run";
+    EXPECT_EQ(repeat({5, 7, 1, 6, 7, 5}), 4) << labels[0];
+    EXPECT_EQ(repeat({1, 9, 9, 0, 3}), -1) << "labels the index lacks are passed over";
+    EXPECT_EQ(repeat({9, 9, 3, 3}), 3);
+  }
+}

@@ -133,3 +133,40 @@ TEST_F(FieldWrite, SubFieldsSplitByTypeAndSectionPointAndReuseEarlierOnes) {
   EXPECT_EQ(s.locations().size(), 1);
   EXPECT_EQ(s.locations()[0].sectionPoint().size(), 2);
 }
+
+TEST_F(FieldWrite, LabelsRepeatedInOneCallAreRefusedAndNothingIsWritten) {
+  odb_FieldOutput& u = m_frame.VectorOutput("U", "", 3);
+  odb_FieldOutput& s = Stress();
+  EXPECT_EQ(MessageOf([&] {
+              u.addData(odb_Enum::NODAL, *m_instance, Ints({1, 2, 3, 2}), Table(4, 3));
+            }),
+            "Node label 2 is given more than once in one addData() call (NODAL data of instance "
+            "\"B-1\").");
+  const int twice[] = {1, 2, 1};
+  const std::vector<float> points(24 * 6, 1.0f);
+  EXPECT_EQ(MessageOf([&] {
+              s.addData(odb_Enum::INTEGRATION_POINT, *m_instance, 3, twice, 24, 6, points.data());
+            }),
+            "Element label 1 is given more than once in one addData() call (INTEGRATION_POINT "
+            "data of instance \"B-1\").");
+  // Labels of several element types, out of order; and a repeat right after its first.
+  EXPECT_EQ(MessageOf([&] {
+              s.addData(odb_Enum::CENTROID, *m_instance, Ints({5, 3, 1, 3}), Table(4, 6));
+            }),
+            "Element label 3 is given more than once in one addData() call (CENTROID data of "
+            "instance \"B-1\").");
+  EXPECT_EQ(MessageOf([&] {
+              s.addData(odb_Enum::ELEMENT_NODAL, *m_instance, Ints({4, 4}), Table(8, 6));
+            }),
+            "Element label 4 is given more than once in one addData() call (ELEMENT_NODAL data of "
+            "instance \"B-1\").");
+  EXPECT_EQ(u.bulkDataBlocks().size(), 0);
+  EXPECT_EQ(s.bulkDataBlocks().size(), 0);
+
+  // Separate calls may name a label again: each call's values are kept, in the order written.
+  u.addData(odb_Enum::NODAL, *m_instance, Ints({2, 1}), Table(2, 3));
+  u.addData(odb_Enum::NODAL, *m_instance, Ints({2}), Table(1, 3));
+  ASSERT_EQ(u.values().size(), 3);
+  EXPECT_EQ(u.values()[2].nodeLabel(), 2);
+  EXPECT_EQ(u.getSubset(m_instance->getNodeFromLabel(2)).values().size(), 2);
+}
