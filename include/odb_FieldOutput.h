@@ -20,6 +20,7 @@
 
 #include <memory>
 
+#include "odb_ArrayView.h"
 #include "odb_DatumCsys.h"
 #include "odb_Element.h"
 #include "odb_Enum.h"
@@ -37,7 +38,7 @@
 #include "odb_SubField.h"
 #include "uti_LabelMap.h"
 
-// The messages of field outputs, in catalogue order (codes 0..33 are keys _01.._34).
+// The messages of field outputs, in catalogue order (codes 0..35 are keys _01.._36).
 enum odb_FieldOutputEnm : int {
   odb_FieldOutput_ORPHAN_WRITE = 0,
   odb_FieldOutput_NO_INSTANCE = 1,           // %s: instance name
@@ -72,8 +73,11 @@ enum odb_FieldOutputEnm : int {
   odb_FieldOutput_SIX_DOF_CSYS = 30,         //
   odb_FieldOutput_UNDEFINED_LABELS = 31,     //
   odb_FieldOutput_CONJUGATE_LENGTH = 32,     //
-  odb_FieldOutput_REPEATED_LABEL = 33        // %1$s Node/Element, %2$s label, %3$s position,
+  odb_FieldOutput_REPEATED_LABEL = 33,       // %1$s Node/Element, %2$s label, %3$s position,
                                              // %4$s instance
+  odb_FieldOutput_LABEL_ARRAY = 34,          // %1$s labels told of, %2$s labels held
+  odb_FieldOutput_FLOAT_ARRAY = 35           // %1$s runs, %2$s "rows"/"orientations", %3$s width,
+                                             // %4$s floats told of, %5$s array, %6$s floats held
 };
 
 template <>
@@ -132,12 +136,28 @@ class odb_FieldOutput {
   // `orientationCount` (0, 1 or locationCount) runs of `orientationWidth` (2 or 4) floats. Same
   // checks and messages as the sequence form; a missing `data` or `orientations` array is refused
   // with "Insufficient data sequences provided." or "Insufficient coordSystem sequences
-  // provided.".
+  // provided.". Unchecked: the caller vouches that each array holds what the counts say, and a
+  // wrong count reads past its end. The form below checks them. The arrays are only read, and
+  // only during the call; with one group the data go from them to the file without a copy.
   void addData(odb_Enum::odb_ResultPositionEnum position, const odb_Instance& instance,
                int labelCount, const int* labels, int locationCount, int width, const float* data,
                const odb_SectionPoint& sectionPoint = odb_SectionPoint(),
                const float* conjugateData = nullptr, int orientationCount = 0,
                int orientationWidth = 0, const float* orientations = nullptr);
+  // The bulk form from arrays that know their size (std::vector and C arrays convert to
+  // odb_ArrayView), the same as above once each array is checked against its counts, before
+  // any array is read: after "addData() was given a negative count or no labels." for a
+  // negative count, `labels` must hold exactly `labelCount` labels ("addData() was told of 20
+  // labels, but the label array holds 19."), `data` exactly locationCount * width floats
+  // ("addData() was told of 8 rows of 6 floats (48), but the data array holds 40."),
+  // `conjugateData` as many or none (empty: no conjugate), and `orientations` exactly
+  // orientationCount * orientationWidth floats. The checks cost a few comparisons; the views
+  // need to live only until the call returns.
+  void addData(odb_Enum::odb_ResultPositionEnum position, const odb_Instance& instance,
+               int labelCount, odb_ArrayView<int> labels, int locationCount, int width,
+               odb_ArrayView<float> data, const odb_SectionPoint& sectionPoint = odb_SectionPoint(),
+               odb_ArrayView<float> conjugateData = {}, int orientationCount = 0,
+               int orientationWidth = 0, odb_ArrayView<float> orientations = {});
   // Copies every value of `field` (of this database or another with the same instances, sets,
   // element types and section points) into this field.
   void addData(const odb_FieldOutput& field);

@@ -170,3 +170,45 @@ TEST_F(FieldWrite, LabelsRepeatedInOneCallAreRefusedAndNothingIsWritten) {
   EXPECT_EQ(u.values()[2].nodeLabel(), 2);
   EXPECT_EQ(u.getSubset(m_instance->getNodeFromLabel(2)).values().size(), 2);
 }
+
+TEST_F(FieldWrite, CheckedBulkFormRefusesCountsItsArraysDoNotHold) {
+  odb_FieldOutput& s = Stress();
+  // Arrays of exactly their size on the heap: a read past one fails the sanitizer build.
+  const std::vector<int> labels = {2, 1};
+  std::vector<float> data(16 * 6), conjugate(16 * 6, -1.0f);
+  for (std::size_t i = 0; i < data.size(); ++i) data[i] = float(i);
+  const std::vector<float> shortRows(95), orientations(60);
+  const auto ip = odb_Enum::INTEGRATION_POINT;
+  const odb_SectionPoint none;
+  EXPECT_EQ(MessageOf([&] { s.addData(ip, *m_instance, 3, labels, 16, 6, data); }),
+            "addData() was told of 3 labels, but the label array holds 2.");
+  EXPECT_EQ(MessageOf([&] { s.addData(ip, *m_instance, 2, labels, 17, 6, data); }),
+            "addData() was told of 17 rows of 6 floats (102), but the data array holds 96.");
+  EXPECT_EQ(MessageOf([&] { s.addData(ip, *m_instance, 2, labels, 16, 5, data); }),
+            "addData() was told of 16 rows of 5 floats (80), but the data array holds 96.");
+  EXPECT_EQ(MessageOf([&] {
+              s.addData(ip, *m_instance, 2, labels, 16, 6, odb_ArrayView<float>(nullptr, 96));
+            }),
+            "addData() was told of 16 rows of 6 floats (96), but the data array holds 0.");
+  EXPECT_EQ(MessageOf([&] { s.addData(ip, *m_instance, 2, labels, 16, 6, data, none, shortRows); }),
+            "addData() was told of 16 rows of 6 floats (96), but the conjugate array holds 95.");
+  EXPECT_EQ(MessageOf([&] {
+              s.addData(ip, *m_instance, 2, labels, 16, 6, data, none, {}, 16, 4, orientations);
+            }),
+            "addData() was told of 16 orientations of 4 floats (64), but the orientation array "
+            "holds 60.");
+  EXPECT_EQ(MessageOf([&] { s.addData(ip, *m_instance, -2, labels, 16, 6, data); }),
+            "addData() was given a negative count or no labels.");
+  EXPECT_EQ(s.bulkDataBlocks().size(), 0);
+
+  // Counts that match write as the unchecked form does; a C array converts as well.
+  const int cLabels[] = {2, 1};
+  s.addData(ip, *m_instance, 2, cLabels, 16, 6, data, none, conjugate, 1, 4,
+            std::vector<float>{1, 0, 0, 0});
+  const odb_FieldBulkData& block = s.bulkDataBlocks()[0];
+  ASSERT_EQ(block.length(), 16);
+  EXPECT_EQ(block.elementLabels()[8], 1);
+  EXPECT_EQ(block.data()[95], 95.0f);
+  EXPECT_EQ(block.conjugateData()[95], -1.0f);
+  EXPECT_EQ(block.orientationWidth(), 4);
+}
