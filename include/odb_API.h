@@ -14,6 +14,7 @@
 #include "cow_String.h"
 #include "mem_Malloc.h"
 #include "nex_Exception.h"
+#include "odb_ArrayView.h"
 #include "odb_Assembly.h"
 #include "odb_DatumCsys.h"
 #include "odb_DiscreteEntity.h"

@@ -25,7 +25,10 @@ enum odb_DiscretePartEnm : int {
   odb_DiscretePart_DUPLICATE_NODE = 6,     // %1$s: the label, %2$s: the part's name
   odb_DiscretePart_DUPLICATE_ELEMENT = 7,  // %1$s: the label, %2$s: the part's name
   odb_DiscretePart_UNKNOWN_NODE = 8,       // %1$s: element, %2$s: node, %3$s: the part's name
-  odb_DiscretePart_TOO_MANY_NODES = 9      // %1$s: nodes per element, %2$s: the most allowed
+  odb_DiscretePart_TOO_MANY_NODES = 9,     // %1$s: nodes per element, %2$s: the most allowed
+  odb_DiscretePart_WRONG_NODE_COUNT = 10,  // %1$s: element, %2$s: type, %3$s: given, %4$s: wanted
+  odb_DiscretePart_UNKNOWN_TYPE = 11,      // warning; %1$s: the type
+  odb_DiscretePart_UNKNOWN_TYPE_CASE = 12  // warning; %1$s: the type, %2$s: the known upper case
 };
 
 template <>
@@ -50,11 +53,16 @@ class odb_DiscretePart : public odb_DiscreteEntity {
                 const odb_String& nodeSetName = odb_String());
 
   // Adds elements of one type. Checks, in order: "No element labels provided.", "Connectivity
-  // array must be provided for all elements.", "Element connectivity arrays should be of same
-  // length.", at most 30 nodes per element, node labels the part does not have ("Element E of
-  // part "P" refers to node N, which the part does not have."), then repeated labels. A type
-  // name that the element library does not know is taken as a user element. A non-empty set
-  // name also makes an element set of the new elements.
+  // array must be provided for all elements.", for a type the element library knows (names are
+  // matched exactly, upper case) every row against the type's node count ("Element E of type T
+  // has N nodes; the type has M.", E the first element of another count), then "Element
+  // connectivity arrays should be of same length.", at most 30 nodes per element, node labels
+  // the part does not have ("Element E of part "P" refers to node N, which the part does not
+  // have."), then repeated labels. Nothing is written when a check fails. A type name that the
+  // element library does not know is taken as a user element of the rows' node count, and the
+  // first addition of that name to an open database warns that it is (once per name for as
+  // long as the database stays open). A non-empty set name also makes an element set of the
+  // new elements.
   void addElements(const odb_SequenceInt& labels, const odb_SequenceSequenceInt& connectivity,
                    const odb_String& type, const odb_String& elementSetName = odb_String(),
                    const odb_SectionCategory& sectionCategory = odb_SectionCategory());

@@ -20,6 +20,7 @@
 
 #include <memory>
 
+#include "odb_ArrayView.h"
 #include "odb_DatumCsys.h"
 #include "odb_Element.h"
 #include "odb_Enum.h"
@@ -37,7 +38,7 @@
 #include "odb_SubField.h"
 #include "uti_LabelMap.h"
 
-// The messages of field outputs, in catalogue order (codes 0..32 are keys _01.._33).
+// The messages of field outputs, in catalogue order (codes 0..35 are keys _01.._36).
 enum odb_FieldOutputEnm : int {
   odb_FieldOutput_ORPHAN_WRITE = 0,
   odb_FieldOutput_NO_INSTANCE = 1,            // %s: instance name
@@ -71,7 +72,12 @@ enum odb_FieldOutputEnm : int {
   odb_FieldOutput_DYNAMIC_CSYS = 29,          //
   odb_FieldOutput_SIX_DOF_CSYS = 30,          //
   odb_FieldOutput_UNDEFINED_LABELS = 31,      //
-  odb_FieldOutput_CONJUGATE_LENGTH = 32       //
+  odb_FieldOutput_CONJUGATE_LENGTH = 32,      //
+  odb_FieldOutput_REPEATED_LABEL = 33,        // %1$s Node/Element, %2$s label, %3$s position,
+                                              // %4$s instance
+  odb_FieldOutput_LABEL_ARRAY = 34,           // %1$s labels told of, %2$s labels held
+  odb_FieldOutput_FLOAT_ARRAY = 35            // %1$s runs, %2$s "rows"/"orientations", %3$s width,
+                                              // %4$s floats told of, %5$s array, %6$s floats held
 };
 
 template <>
@@ -107,13 +113,19 @@ class odb_FieldOutput {
   // section point of the data; one orientation (2 or 4 floats) for all values or one per value
   // (tensors only); the conjugate (imaginary) parts, one sequence per data sequence.
   // Checks, in order: orphan, instance, conjugate count, orientation on a scalar, vector or
-  // matrix field, position, labels the instance lacks, section point; then per group (element
-  // type and section category, in order of first appearance) the number of rows and the row
-  // widths. A call of one group must bring exactly its rows; in a call of several groups each
-  // group takes the rows of its own elements, and rows left over are reported once all groups
-  // are written ("... N data sequences written from the M supplied ..."). For complex data the
-  // counts in the length message are doubled (value and conjugate). Each call's labels are
-  // recorded as the internal set "api_set N", N the number of blocks the step held before.
+  // matrix field, position, labels the instance lacks, a label given twice ("Node label L is
+  // given more than once in one addData() call (NODAL data of instance "I")."), section point;
+  // then per group (element type and section category, in order of first appearance) the
+  // number of rows and the row widths. The repeat check costs one comparison per label when
+  // the labels increase, else one more lookup per label and a bit per node or element of the
+  // range they reach. A call of one group must bring exactly its rows; in a call of several
+  // groups each group takes the rows of its own elements, and rows left over are reported once
+  // all groups are written ("... N data sequences written from the M supplied ..."). For
+  // complex data the counts in the length message are doubled (value and conjugate). Each
+  // call's labels are recorded as the internal set "api_set N", N the number of blocks the step
+  // held before.
+  // Labels are checked within one call only: a later call may write a label again at the same
+  // position and section point, and both values are kept and read back, in the order written.
   void addData(odb_Enum::odb_ResultPositionEnum position, const odb_Instance& instance,
                const odb_SequenceInt& labels, const odb_SequenceSequenceFloat& data,
                const odb_SectionPoint& sectionPoint = odb_SectionPoint(),
@@ -124,22 +136,33 @@ class odb_FieldOutput {
   // `orientationCount` (0, 1 or locationCount) runs of `orientationWidth` (2 or 4) floats. Same
   // checks and messages as the sequence form; a missing `data` or `orientations` array is refused
   // with "Insufficient data sequences provided." or "Insufficient coordSystem sequences
-  // provided.".
+  // provided.". Unchecked: the caller vouches that each array holds what the counts say, and a
+  // wrong count reads past its end. The form below checks them. The arrays are only read, and
+  // only during the call; with one group the data go from them to the file without a copy.
   void addData(odb_Enum::odb_ResultPositionEnum position, const odb_Instance& instance,
                int labelCount, const int* labels, int locationCount, int width, const float* data,
                const odb_SectionPoint& sectionPoint = odb_SectionPoint(),
                const float* conjugateData = nullptr, int orientationCount = 0,
                int orientationWidth = 0, const float* orientations = nullptr);
+  // The bulk form from arrays that know their size (std::vector and C arrays convert to
+  // odb_ArrayView), the same as above once each array is checked against its counts, before
+  // any array is read: after "addData() was given a negative count or no labels." for a
+  // negative count, `labels` must hold exactly `labelCount` labels ("addData() was told of 20
+  // labels, but the label array holds 19."), `data` exactly locationCount * width floats
+  // ("addData() was told of 8 rows of 6 floats (48), but the data array holds 40."),
+  // `conjugateData` as many or none (empty: no conjugate), and `orientations` exactly
+  // orientationCount * orientationWidth floats. The checks cost a few comparisons; the views
+  // need to live only until the call returns.
+  void addData(odb_Enum::odb_ResultPositionEnum position, const odb_Instance& instance,
+               int labelCount, odb_ArrayView<int> labels, int locationCount, int width,
+               odb_ArrayView<float> data, const odb_SectionPoint& sectionPoint = odb_SectionPoint(),
+               odb_ArrayView<float> conjugateData = {}, int orientationCount = 0,
+               int orientationWidth = 0, odb_ArrayView<float> orientations = {});
   // Copies every value of `field` (of this database or another with the same instances, sets,
   // element types and section points) into this field.
   void addData(const odb_FieldOutput& field);
 
   // Read side.
-  // The values. A field may hold millions of them, so a value is built when it is asked for:
-  // the reference that values()[i] or value(i) returns is valid only until the next value is
-  // asked of the same sequence (`const odb_FieldValue& a = vals[0]; vals[1];` leaves `a`
-  // showing value 1). Copy the value (odb_FieldValue v = vals[0]; a copy costs a few handle
-  // copies) to keep it; bulkDataBlocks() gives whole arrays that stay valid with the field.
   const odb_SequenceFieldValue& values() const;
   const odb_FieldValue& value(int i) const { return values().constGet(i); }
   const odb_SequenceFieldBulkData& bulkDataBlocks() const;

@@ -106,8 +106,12 @@ class odb_Odb {
 
   // The frame whose analysis time (frame value plus the step's total time when that is not
   // negative, in single precision) is nearest to `value` under `match`; throws "Frame not
-  // found." when none qualifies. CLOSEST and BEFORE keep the earlier of two equally near
-  // frames, AFTER the later.
+  // found." when none qualifies. Every frame is looked at, steps in creation order and the
+  // frames of each in creation order, and times need not increase (a restart or a load case may
+  // give a frame a value below the one before it): the choice depends on the times and on that
+  // order only. CLOSEST and BEFORE keep the earlier of two equally near frames, AFTER the later,
+  // EXACT the last frame of exactly that time, and any other match value the last frame, as
+  // odb_Step::getFrame does within a step.
   odb_Frame getFrame(double value, odb_Enum::odb_MatchEnum match);
 
   // Commits everything written since the last save; `path` must be empty or this database's

@@ -83,7 +83,7 @@ class odb_Step {
   const odb_Frame& frames(int i) const { return m_frames.constGet(i); }
   odb_Frame& frame(int i) { return frames(i); }
   const odb_Frame& frame(int i) const { return frames(i); }
-  // All frames in creation order.
+  // All frames in creation order (which is not always the order of their values).
   odb_SequenceFrame& frames() { return m_frames; }
   const odb_SequenceFrame& frames() const { return m_frames; }
   odb_SequenceFrame& frame() { return m_frames; }
@@ -112,11 +112,16 @@ class odb_Step {
   HistoryRegionRepository& historyRegions();
   const HistoryRegionRepository& historyRegions() const;
 
-  // The frame whose value is nearest to `value` under `match`: CLOSEST the nearest (of two
-  // equally near, the earlier); BEFORE the nearest at or before `value` (of two equally near,
-  // the earlier); AFTER the nearest at or after `value` (of two equally near, the later); EXACT
-  // a frame whose single-precision value equals `value` exactly (the first such); any other
-  // value the last frame. Throws "Frame not found" when no frame qualifies.
+  // The frame whose value is nearest to `value` under `match`. Every frame of the step is
+  // looked at, in creation order, and frame values need not increase: a restart or a load case
+  // may give a frame a value below the one before it. "Earlier" and "later" below therefore
+  // mean created earlier or later, whatever the values. CLOSEST: the nearest value (of two
+  // equally near frames, the earlier); BEFORE: the nearest value at or below `value` (of two
+  // equally near, the earlier); AFTER: the nearest value at or above `value` (of two equally
+  // near, the later); EXACT: the last frame whose single-precision value equals `value`; any
+  // other match value: the last frame. In a step of values 0, 1, 2, 1 (frames 0 to 3),
+  // CLOSEST and BEFORE give frame 1 for 1.0, AFTER and EXACT give frame 3, and AFTER gives
+  // frame 3 for 0.5 too. Throws "Frame not found" when no frame qualifies.
   odb_Frame getFrame(double value, odb_Enum::odb_MatchEnum match) const;
   // As above over the frames of `loadCase` only; the empty load case searches every frame.
   odb_Frame getFrame(const odb_LoadCase& loadCase, double value,

@@ -12,6 +12,7 @@
 #include <cstring>
 #include <ctime>
 #include <random>
+#include <set>
 #include <system_error>
 #include <thread>
 
@@ -134,6 +135,7 @@ struct store_Database::Shared {
   std::atomic<bool> syncing{false};
   int chunksSinceSync = 0;
   std::int64_t chunkRoot = 0;
+  std::set<std::string> noticed;  // see FirstNotice
   // Held while the connection is open (see store_SharedFile).
   std::unique_ptr<store_SharedFile> file;
 
@@ -197,6 +199,10 @@ std::shared_ptr<store_Database> store_Database::View(bool readOnly) {
   view->m_view = true;
   view->Open();
   return view;
+}
+
+bool store_Database::FirstNotice(const std::string& key) {
+  return Open().noticed.insert(key).second;
 }
 
 bool store_Database::IsFileAt(const std::string& path) const {

@@ -163,6 +163,10 @@ class store_Database {
   // offers no such request.
   void StartWriteback();
 
+  // True the first time `key` is given to this file's connection (any view of it), false after:
+  // how the library tells the user something once per open file rather than at every call.
+  bool FirstNotice(const std::string& key);
+
  private:
   struct Shared;
 
@@ -182,7 +186,7 @@ class store_Database {
   std::string m_path;
   bool m_readOnly;
   bool m_view = false;  // a view of another object's connection
-  // Shared with the read-only views of this object; null once this object is closed.
+  // Shared with the views of this object; null once this object is closed.
   std::shared_ptr<Shared> m_conn;
 };
 

@@ -1,6 +1,8 @@
 #include "store_LabelIndex.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <vector>
 
 bool store_LabelIndex::Build(const int* labels, int n, int& duplicate) {
   m_slots.clear();
@@ -99,5 +101,31 @@ std::ptrdiff_t store_LabelIndex::FirstMissing(const int* labels, std::size_t n) 
   }
   for (std::size_t i = 0; i < n; ++i)
     if (Find(labels[i]) < 0) return static_cast<std::ptrdiff_t>(i);
+  return -1;
+}
+
+std::ptrdiff_t store_LabelIndex::FirstRepeat(const int* labels, std::size_t n) const {
+  // Increasing labels cannot repeat.
+  std::size_t next = 1;
+  while (next < n && labels[next - 1] < labels[next]) ++next;
+  if (next >= n) return -1;
+  // Otherwise a bit per position, over the range the labels reach only.
+  int low = m_count, high = -1;
+  for (std::size_t i = 0; i < n; ++i) {
+    const int at = Find(labels[i]);
+    if (at < 0) continue;
+    low = std::min(low, at);
+    high = std::max(high, at);
+  }
+  if (high < low) return -1;
+  std::vector<std::uint64_t> seen(static_cast<std::size_t>(high - low) / 64 + 1, 0);
+  for (std::size_t i = 0; i < n; ++i) {
+    const int at = Find(labels[i]);
+    if (at < 0) continue;
+    std::uint64_t& word = seen[static_cast<std::size_t>(at - low) / 64];
+    const std::uint64_t bit = std::uint64_t{1} << ((at - low) % 64);
+    if (word & bit) return static_cast<std::ptrdiff_t>(i);
+    word |= bit;
+  }
   return -1;
 }

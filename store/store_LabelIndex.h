@@ -39,6 +39,11 @@ class store_LabelIndex {
   // The position in labels[0..n) of the first label that is not indexed, or -1 when all are:
   // how a mesh checks the node labels of new elements, a piece at a time.
   std::ptrdiff_t FirstMissing(const int* labels, std::size_t n) const;
+  // The position in labels[0..n) of the first label that repeats an earlier one, or -1; labels
+  // the index lacks are passed over. Increasing labels, the common case, cost one comparison
+  // each and no memory; others a second lookup each and one bit per position between the
+  // lowest and highest position they name (at most one bit per indexed label).
+  std::ptrdiff_t FirstRepeat(const int* labels, std::size_t n) const;
 
  private:
   enum class Form { kConsecutive, kDirect, kHash };

@@ -69,6 +69,14 @@ class store_Mesh {
   // The node labels of all elements, block after block.
   const std::vector<int>& Connectivity();
   int ElementPosition(int label);
+  // The position in labels[0..n) of the first node or element label that repeats an earlier
+  // one, or -1; labels the part lacks are passed over (see store_LabelIndex::FirstRepeat).
+  std::ptrdiff_t FirstRepeatedNode(const int* labels, std::size_t n) {
+    return NodeIndex().FirstRepeat(labels, n);
+  }
+  std::ptrdiff_t FirstRepeatedElement(const int* labels, std::size_t n) {
+    return ElementIndex().FirstRepeat(labels, n);
+  }
   // The block holding the element at `position` (0 <= position < ElementCount()).
   const store_ElementBlock& BlockOf(int position);
 

@@ -1,6 +1,8 @@
 #include "odb_DiscretePart.h"
 
 #include <algorithm>
+#include <cctype>
+#include <string>
 #include <vector>
 
 #include "odb_EntityData.h"
@@ -8,6 +10,10 @@
 #include "odb_Instance.h"
 #include "odb_MeshRows.h"
 #include "odb_Message.h"
+#include "odb_Util.h"
+#include "store_ElementLibrary.h"
+#include "thr_ThreadSingleton.h"
+#include "wip_WIP.h"
 
 const uti_LabelRow<odb_DiscretePartEnm> uti_LabelTable<odb_DiscretePartEnm, 1>::rows[] = {
     {"Number of node labels and coordinates does not match.", "odb_DiscretePart_MSGID_00",
@@ -30,6 +36,14 @@ const uti_LabelRow<odb_DiscretePartEnm> uti_LabelTable<odb_DiscretePartEnm, 1>::
      "odb_DiscretePart_MSGID_08", odb_DiscretePart_UNKNOWN_NODE},
     {"Elements of %1$s nodes are not supported; an element has at most %2$s nodes.",
      "odb_DiscretePart_MSGID_09", odb_DiscretePart_TOO_MANY_NODES},
+    {"Element %1$s of type %2$s has %3$s nodes; the type has %4$s.", "odb_DiscretePart_MSGID_10",
+     odb_DiscretePart_WRONG_NODE_COUNT},
+    {"Element type \"%1$s\" is not known to the library; its elements are stored as user "
+     "elements.",
+     "odb_DiscretePart_MSGID_11", odb_DiscretePart_UNKNOWN_TYPE},
+    {"Element type \"%1$s\" is not known to the library (type names are matched exactly, and "
+     "\"%2$s\" is known); its elements are stored as user elements.",
+     "odb_DiscretePart_MSGID_12", odb_DiscretePart_UNKNOWN_TYPE_CASE},
     {nullptr, nullptr, {}}};
 
 namespace {
@@ -120,9 +134,40 @@ void CheckDimensions(const odb_SequenceSequenceFloat& coordinates, int d) {
             {odb_String(d), odb_String(coordinates[i].size())});
 }
 
-void CheckLengths(const odb_SequenceSequenceInt& connectivity, int width) {
-  for (int i = 1; i < connectivity.size(); ++i)
-    if (connectivity[i].size() != width) Throw(odb_DiscretePart_CONNECTIVITY_LENGTHS, 105);
+// The length every connectivity row of an addition must have: the node count of a type the
+// element library knows, else (a user element) the first row's.
+struct RowLength {
+  const odb_SequenceInt& labels;
+  const odb_SequenceSequenceInt& connectivity;
+  const odb_String& type;
+  bool known;
+  int width;
+
+  // Refuses row i, whose length is not `width`.
+  [[noreturn]] void Refuse(int i) const {
+    if (!known) Throw(odb_DiscretePart_CONNECTIVITY_LENGTHS, 105);
+    Throw(odb_DiscretePart_WRONG_NODE_COUNT, 106,
+          {odb_String(labels[i]), type, odb_String(connectivity[i].size()), odb_String(width)});
+  }
+  void CheckAll() const {
+    for (int i = 0; i < connectivity.size(); ++i)
+      if (connectivity[i].size() != width) Refuse(i);
+  }
+};
+
+// Tells the user, once per type name and open database, that elements of a type the element
+// library does not know are stored as user elements: a misspelt or lower-case name of a known
+// type would otherwise lose its integration points and faces without a word.
+void WarnUserElements(store_Database& db, const odb_String& type) {
+  const std::string name = odb_ToText(type);
+  if (!db.FirstNotice("user element type " + name)) return;
+  std::string upper = name;
+  for (char& c : upper) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  const odb_String text =
+      upper != name && store_FindElementClass(upper)
+          ? odb_CatalogueMessage(odb_DiscretePart_UNKNOWN_TYPE_CASE, {type, odb_FromText(upper)})
+          : odb_CatalogueMessage(odb_DiscretePart_UNKNOWN_TYPE, {type});
+  thr_ThreadSingleton<wip_WIP>::Instance().Warning(text);
 }
 
 }  // namespace
@@ -170,16 +215,20 @@ void odb_DiscretePart::addElements(const odb_SequenceInt& labels,
   int n = labels.size();
   if (n == 0) Throw(odb_DiscretePart_NO_ELEMENT_LABELS, 101);
   if (connectivity.size() != n) Throw(odb_DiscretePart_NO_CONNECTIVITY, 102);
-  int width = connectivity[0].size();
+  const store_ElementClass* known = store_FindElementClass(odb_ToText(type));
+  const RowLength length{labels, connectivity, type, known != nullptr,
+                         known ? known->nodesPerElement : connectivity[0].size()};
+  const int width = length.width;
+  if (connectivity[0].size() != width) length.Refuse(0);
   if (width > odb_Element::kMaxNodes) {
-    CheckLengths(connectivity, width);
+    length.CheckAll();
     Throw(odb_DiscretePart_TOO_MANY_NODES, 108,
           {odb_String(width), odb_String(odb_Element::kMaxNodes)});
   }
   std::vector<int> labelArray = Values(labels);
   std::vector<int> setLabels = elementSetName.Empty() ? std::vector<int>() : labelArray;
   odb_EntityData& part = *m_data;
-  if (!part.mesh) CheckLengths(connectivity, width);
+  if (!part.mesh) length.CheckAll();
   part.Store();
   odb_MeshRows split(n);
   auto rows = [&](int first, int count, int* out) {
@@ -193,12 +242,13 @@ void odb_DiscretePart::addElements(const odb_SequenceInt& labels,
       }
       return -1;
     });
-    if (bad >= 0) Throw(odb_DiscretePart_CONNECTIVITY_LENGTHS, 105);
+    if (bad >= 0) length.Refuse(bad);
   };
   store_MeshRefusal refusal = part.mesh->mesh->AddElements(
       std::move(labelArray), width, rows, type.CStr(), sectionCategory.name().CStr());
-  if (refusal) CheckLengths(connectivity, width);
+  if (refusal) length.CheckAll();
   Refused(refusal, part.name);
+  if (!known) WarnUserElements(part.Store(), type);
   MakeSetOf(part, elementSetName, odb_Set::ELEMENT_SET, setLabels);
 }
 

@@ -79,6 +79,13 @@ const uti_LabelRow<odb_FieldOutputEnm> uti_LabelTable<odb_FieldOutputEnm, 1>::ro
      "odb_FieldOutput_MSGID_32", odb_FieldOutput_UNDEFINED_LABELS},
     {"Data and ConjugateData must have the same length.", "odb_FieldOutput_MSGID_33",
      odb_FieldOutput_CONJUGATE_LENGTH},
+    {"%1$s label %2$s is given more than once in one addData() call (%3$s data of instance "
+     "\"%4$s\").",
+     "odb_FieldOutput_MSGID_34", odb_FieldOutput_REPEATED_LABEL},
+    {"addData() was told of %1$s labels, but the label array holds %2$s.",
+     "odb_FieldOutput_MSGID_35", odb_FieldOutput_LABEL_ARRAY},
+    {"addData() was told of %1$s %2$s of %3$s floats (%4$s), but the %5$s array holds %6$s.",
+     "odb_FieldOutput_MSGID_36", odb_FieldOutput_FLOAT_ARRAY},
     {nullptr, nullptr, {}}};
 
 int odb_FieldData::Width() const {

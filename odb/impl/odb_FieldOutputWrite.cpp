@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "odb_EntityData.h"
+#include "odb_EnumMap.h"
 #include "odb_FieldData.h"
 #include "odb_FieldOutput.h"
 #include "odb_Message.h"
@@ -164,6 +165,20 @@ std::vector<Group> Split(const Input& in, odb_MeshData& meshData) {
   return groups;
 }
 
+// Refuses a label given twice in the call, which would be read back as two values of one node
+// or element at the same place.
+void CheckRepeats(const Input& in, store_Mesh& mesh, const odb_String& instance) {
+  const bool nodal = in.position == odb_Enum::NODAL;
+  const std::size_t n = static_cast<std::size_t>(in.labelCount);
+  const std::ptrdiff_t at = nodal ? mesh.FirstRepeatedNode(in.labels, n)
+                                  : mesh.FirstRepeatedElement(in.labels, n);
+  if (at >= 0)
+    Fail(odb_FieldOutput_REPEATED_LABEL,
+         {nodal ? "Node" : "Element", Number(in.labels[at]),
+          odb_ResultPositionLabel(in.position), instance},
+         180);
+}
+
 // Refuses a section point that the elements' section categories do not define.
 void CheckSectionPoint(const Input& in, const std::vector<Group>& groups, odb_MeshData& mesh) {
   const int number = in.sectionPoint.number();
@@ -225,6 +240,7 @@ void Write(odb_FieldData& field, const odb_Instance& instance, const Input& in) 
   if (!odb_IsFieldPosition(in.position)) Fail(odb_FieldOutput_BAD_POSITION, {}, 253);
   odb_MeshData& mesh = *instance.data()->mesh;
   const std::vector<Group> groups = Split(in, mesh);
+  CheckRepeats(in, *mesh.mesh, instance.name());
   CheckSectionPoint(in, groups, mesh);
   field.ReadBlocks();
   odb_String setName("api_set ");

@@ -125,8 +125,9 @@ TEST_F(PartElements, RefusesBadArraysInTheStatedOrderAndStoresNothing) {
               part.addElements(Ints({1, 2}), Rows({{1, 2, 5, 4}}), "S4R");
             }),
             "Connectivity array must be provided for all elements.");
+  // Rows of a user element only have to agree with each other.
   EXPECT_EQ(MessageOf([&] {
-              part.addElements(Ints({1, 2}), Rows({{1, 2, 5, 4}, {1, 2, 3, 4, 5, 6, 1, 2}}), "S4R");
+              part.addElements(Ints({1, 2}), Rows({{1, 2, 5, 4}, {1, 2, 3, 4, 5, 6, 1, 2}}), "U4");
             }),
             "Element connectivity arrays should be of same length.");
   odb_SequenceSequenceInt wide;
@@ -155,11 +156,11 @@ TEST_F(PartElements, RefusalsFoundTogetherAreReportedInTheStatedOrder) {
   EXPECT_EQ(MessageOf([&] {
               part.addElements(Ints({10, 31}), Rows({{1, 2, 5, 4}, {1, 2, 5}}), "S4R");
             }),
-            "Element connectivity arrays should be of same length.");
+            "Element 31 of type S4R has 3 nodes; the type has 4.");
   EXPECT_EQ(MessageOf([&] {
               part.addElements(Ints({31, 32}), Rows({{1, 2, 99, 4}, {1, 2, 5}}), "S4R");
             }),
-            "Element connectivity arrays should be of same length.");
+            "Element 32 of type S4R has 3 nodes; the type has 4.");
   odb_SequenceSequenceInt wide;
   odb_SequenceInt row;
   for (int k = 0; k < 31; ++k) row.append(1);
@@ -203,8 +204,9 @@ TEST_F(PartElements, AnUnknownNodeFarIntoALargeAdditionLeavesTheFileAsItWas) {
     longRows.append(Ints({6, 5, 2, 3}));
   }
   longRows.get(n + 20000) = Ints({6, 5, 2});
-  EXPECT_EQ(MessageOf([&] { part.addElements(many, longRows, "S4R"); }),
-            "Element connectivity arrays should be of same length.");
+  EXPECT_EQ(
+      MessageOf([&] { part.addElements(many, longRows, "S4R"); }),
+      "Element " + std::to_string(100 + n + 20000) + " of type S4R has 3 nodes; the type has 4.");
   part.addElements(labels, rows, "S4R", "MANY");
   odb_DiscretePart& back = Reopen().parts().get("PLATE");
   EXPECT_EQ(back.elements().size(), n + 2);
@@ -237,4 +239,78 @@ TEST_F(PartElements, ReadBackInNodeLabelsWithTheirTypeClassAndCategory) {
   odb_Element fromPositions(7, 2, positions, 3, "S3", category, odb_Enum::GEOMETRY_SHELL,
                             quad.meshIndex(), 1, quad.nodeList());
   EXPECT_EQ(fromPositions.connectivity(), Ints({6, 5, 2}));
+}
+
+TEST_F(PartElements, KnownTypesRefuseAnotherNodeCountAndStoreNothing) {
+  odb_DiscretePart& part = TwoQuads();
+  EXPECT_EQ(MessageOf([&] {
+              part.addElements(Ints({17}), Rows({{1, 2, 5, 4, 2, 3, 6, 5}}), "C3D20");
+            }),
+            "Element 17 of type C3D20 has 8 nodes; the type has 20.");
+  // A later row names its own element: one converted into the store, and one checked ahead of
+  // a duplicate label that the store refuses before reading any row.
+  EXPECT_EQ(MessageOf([&] {
+              part.addElements(Ints({30, 31}), Rows({{1, 2, 5, 4}, {2, 3, 6, 5, 1}}), "M3D4");
+            }),
+            "Element 31 of type M3D4 has 5 nodes; the type has 4.");
+  EXPECT_EQ(MessageOf([&] {
+              part.addElements(Ints({10, 32}), Rows({{1, 2, 5, 4}, {2, 3, 6}}), "S4R");
+            }),
+            "Element 32 of type S4R has 3 nodes; the type has 4.");
+  // The type's count is named before the limit on nodes per element.
+  odb_SequenceInt wide;
+  for (int k = 0; k < 31; ++k) wide.append(1);
+  odb_SequenceSequenceInt wideRows;
+  wideRows.append(wide);
+  EXPECT_EQ(MessageOf([&] { part.addElements(Ints({40}), wideRows, "C3D20R"); }),
+            "Element 40 of type C3D20R has 31 nodes; the type has 20.");
+
+  odb_DiscretePart& back = Reopen().parts().get("PLATE");
+  EXPECT_EQ(back.elements().size(), 2);
+  for (int label : {17, 31, 32, 40})
+    EXPECT_EQ(MessageOf([&] { back.getElementFromLabel(label); }), "Invalid Element label");
+}
+
+TEST_F(PartElements, UnknownTypesWarnOncePerDatabaseAndRoundTripAsUserElements) {
+  odb_DiscretePart& part = TwoQuads();
+  TakeWarnings();
+  part.addElements(Ints({30}), Rows({{1, 2, 4, 5}}), "c3d4");
+  EXPECT_EQ(TakeWarnings(),
+            "Warning: Element type \"c3d4\" is not known to the library (type names are matched "
+            "exactly, and \"C3D4\" is known); its elements are stored as user elements.\n");
+  part.addElements(Ints({31}), Rows({{2, 3, 5, 6}}), "c3d4");
+  m_odb->DiscretePart("OTHER", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
+  EXPECT_EQ(TakeWarnings(), "");
+  // A refused call stores nothing, so it has nothing to warn about.
+  EXPECT_EQ(MessageOf([&] {
+              part.addElements(Ints({32}), Rows({{1, 99}}), "SPRINGA");
+            }),
+            "Element 32 of part \"PLATE\" refers to node 99, which the part does not have.");
+  EXPECT_EQ(TakeWarnings(), "");
+  part.addElements(Ints({32, 33}), Rows({{1, 6}, {3, 4}}), "SPRINGA");
+  part.addElements(Ints({34}), Rows({{1, 2, 3, 4, 5, 6}}), "STRI65");
+  EXPECT_EQ(TakeWarnings(),
+            "Warning: Element type \"SPRINGA\" is not known to the library; its elements are "
+            "stored as user elements.\n"
+            "Warning: Element type \"STRI65\" is not known to the library; its elements are "
+            "stored as user elements.\n");
+
+  odb_DiscretePart& back = Reopen().parts().get("PLATE");
+  EXPECT_EQ(back.elements().size(), 7);
+  const odb_Element lower = back.getElementFromLabel(31);
+  EXPECT_EQ(lower.type(), "c3d4");
+  EXPECT_EQ(lower.geometryClass(), odb_Enum::GEOMETRY_USER);
+  EXPECT_EQ(lower.connectivity(), Ints({2, 3, 5, 6}));
+  EXPECT_EQ(back.getElementFromLabel(33).connectivity(), Ints({3, 4}));
+  EXPECT_EQ(back.getElementFromLabel(34).numberOfNodes(), 6);
+
+  // Another session of the same file warns again, once.
+  closeOdb(*m_odb);
+  m_odb = &openOdb(m_path.c_str());
+  odb_DiscretePart& again = m_odb->parts().get("PLATE");
+  again.addElements(Ints({35}), Rows({{1, 2}}), "SPRINGA");
+  again.addElements(Ints({36}), Rows({{2, 3}}), "SPRINGA");
+  EXPECT_EQ(TakeWarnings(),
+            "Warning: Element type \"SPRINGA\" is not known to the library; its elements are "
+            "stored as user elements.\n");
 }

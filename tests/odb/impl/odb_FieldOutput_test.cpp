@@ -133,3 +133,82 @@ TEST_F(FieldWrite, SubFieldsSplitByTypeAndSectionPointAndReuseEarlierOnes) {
   EXPECT_EQ(s.locations().size(), 1);
   EXPECT_EQ(s.locations()[0].sectionPoint().size(), 2);
 }
+
+TEST_F(FieldWrite, LabelsRepeatedInOneCallAreRefusedAndNothingIsWritten) {
+  odb_FieldOutput& u = m_frame.VectorOutput("U", "", 3);
+  odb_FieldOutput& s = Stress();
+  EXPECT_EQ(MessageOf([&] {
+              u.addData(odb_Enum::NODAL, *m_instance, Ints({1, 2, 3, 2}), Table(4, 3));
+            }),
+            "Node label 2 is given more than once in one addData() call (NODAL data of instance "
+            "\"B-1\").");
+  const int twice[] = {1, 2, 1};
+  const std::vector<float> points(24 * 6, 1.0f);
+  EXPECT_EQ(MessageOf([&] {
+              s.addData(odb_Enum::INTEGRATION_POINT, *m_instance, 3, twice, 24, 6, points.data());
+            }),
+            "Element label 1 is given more than once in one addData() call (INTEGRATION_POINT "
+            "data of instance \"B-1\").");
+  // Labels of several element types, out of order; and a repeat right after its first.
+  EXPECT_EQ(MessageOf([&] {
+              s.addData(odb_Enum::CENTROID, *m_instance, Ints({5, 3, 1, 3}), Table(4, 6));
+            }),
+            "Element label 3 is given more than once in one addData() call (CENTROID data of "
+            "instance \"B-1\").");
+  EXPECT_EQ(MessageOf([&] {
+              s.addData(odb_Enum::ELEMENT_NODAL, *m_instance, Ints({4, 4}), Table(8, 6));
+            }),
+            "Element label 4 is given more than once in one addData() call (ELEMENT_NODAL data of "
+            "instance \"B-1\").");
+  EXPECT_EQ(u.bulkDataBlocks().size(), 0);
+  EXPECT_EQ(s.bulkDataBlocks().size(), 0);
+
+  // Separate calls may name a label again: each call's values are kept, in the order written.
+  u.addData(odb_Enum::NODAL, *m_instance, Ints({2, 1}), Table(2, 3));
+  u.addData(odb_Enum::NODAL, *m_instance, Ints({2}), Table(1, 3));
+  ASSERT_EQ(u.values().size(), 3);
+  EXPECT_EQ(u.values()[2].nodeLabel(), 2);
+  EXPECT_EQ(u.getSubset(m_instance->getNodeFromLabel(2)).values().size(), 2);
+}
+
+TEST_F(FieldWrite, CheckedBulkFormRefusesCountsItsArraysDoNotHold) {
+  odb_FieldOutput& s = Stress();
+  // Arrays of exactly their size on the heap: a read past one fails the sanitizer build.
+  const std::vector<int> labels = {2, 1};
+  std::vector<float> data(16 * 6), conjugate(16 * 6, -1.0f);
+  for (std::size_t i = 0; i < data.size(); ++i) data[i] = float(i);
+  const std::vector<float> shortRows(95), orientations(60);
+  const auto ip = odb_Enum::INTEGRATION_POINT;
+  const odb_SectionPoint none;
+  EXPECT_EQ(MessageOf([&] { s.addData(ip, *m_instance, 3, labels, 16, 6, data); }),
+            "addData() was told of 3 labels, but the label array holds 2.");
+  EXPECT_EQ(MessageOf([&] { s.addData(ip, *m_instance, 2, labels, 17, 6, data); }),
+            "addData() was told of 17 rows of 6 floats (102), but the data array holds 96.");
+  EXPECT_EQ(MessageOf([&] { s.addData(ip, *m_instance, 2, labels, 16, 5, data); }),
+            "addData() was told of 16 rows of 5 floats (80), but the data array holds 96.");
+  EXPECT_EQ(MessageOf([&] {
+              s.addData(ip, *m_instance, 2, labels, 16, 6, odb_ArrayView<float>(nullptr, 96));
+            }),
+            "addData() was told of 16 rows of 6 floats (96), but the data array holds 0.");
+  EXPECT_EQ(MessageOf([&] { s.addData(ip, *m_instance, 2, labels, 16, 6, data, none, shortRows); }),
+            "addData() was told of 16 rows of 6 floats (96), but the conjugate array holds 95.");
+  EXPECT_EQ(MessageOf([&] {
+              s.addData(ip, *m_instance, 2, labels, 16, 6, data, none, {}, 16, 4, orientations);
+            }),
+            "addData() was told of 16 orientations of 4 floats (64), but the orientation array "
+            "holds 60.");
+  EXPECT_EQ(MessageOf([&] { s.addData(ip, *m_instance, -2, labels, 16, 6, data); }),
+            "addData() was given a negative count or no labels.");
+  EXPECT_EQ(s.bulkDataBlocks().size(), 0);
+
+  // Counts that match write as the unchecked form does; a C array converts as well.
+  const int cLabels[] = {2, 1};
+  s.addData(ip, *m_instance, 2, cLabels, 16, 6, data, none, conjugate, 1, 4,
+            std::vector<float>{1, 0, 0, 0});
+  const odb_FieldBulkData& block = s.bulkDataBlocks()[0];
+  ASSERT_EQ(block.length(), 16);
+  EXPECT_EQ(block.elementLabels()[8], 1);
+  EXPECT_EQ(block.data()[95], 95.0f);
+  EXPECT_EQ(block.conjugateData()[95], -1.0f);
+  EXPECT_EQ(block.orientationWidth(), 4);
+}

@@ -84,7 +84,7 @@ TEST_F(Handles, ReadOnlyNameOfAFileThisProcessWritesNeverWrites) {
 }
 
 TEST_F(Handles, ClosedDatabaseAnswersItsIdentityAndThrowsForTheRest) {
-  odb_Step& step = m_odb->steps()["LOAD"];
+  odb_Step step = m_odb->steps()["LOAD"];  // a copy: references into the database end with it
   saveOdb(*m_odb);
   odb_Odb& odb = *m_odb;
   closeOdb(odb);

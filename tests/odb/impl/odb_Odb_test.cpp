@@ -52,6 +52,18 @@ TEST_F(Database, ExactMatchComparesInSinglePrecision) {
   EXPECT_EQ(MessageOf([&] { empty.getFrame(0.0, odb_Enum::CLOSEST); }), "Frame not found.");
 }
 
+TEST_F(Database, GetFrameTakesTimesThatGoBackInCreationOrder) {
+  odb_Odb& odb = Odb("", "", "", m_dir.file("a.odb").c_str());
+  odb_Step& step = odb.Step("S", "", odb_Enum::TIME, 1.0, "", "", 2.0);
+  for (double v : {0.0, 1.0, 0.5, 1.0}) step.Frame(0, v, "");  // times 2, 3, 2.5, 3
+  EXPECT_EQ(odb.getFrame(2.75, odb_Enum::CLOSEST).frameIndex(), 1)
+      << "3.0 and 2.5 are as near: frame 1 came first";
+  EXPECT_EQ(odb.getFrame(2.9, odb_Enum::BEFORE).frameIndex(), 2);
+  EXPECT_EQ(odb.getFrame(2.1, odb_Enum::AFTER).frameIndex(), 2);
+  EXPECT_EQ(odb.getFrame(2.75, odb_Enum::AFTER).frameIndex(), 3);
+  EXPECT_EQ(odb.getFrame(3.0, odb_Enum::EXACT).frameIndex(), 3);
+}
+
 TEST_F(Database, StepCreatorAndSaveRefuseWithTheirMessages) {
   std::string path = m_dir.file("a.odb");
   odb_Odb& odb = Odb("", "", "", path.c_str());

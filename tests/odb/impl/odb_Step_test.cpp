@@ -198,3 +198,17 @@ TEST(OdbStepCatalogue, FrameNotFoundKeepsItsOddKeyAndText) {
   EXPECT_EQ(odb_CatalogueMessage(odb_Step_HISTORY_REGION_EXISTS, {"R", "S"}),
             "A historyRegion named 'R' already exists in step 'S'.");
 }
+
+TEST_F(StepFile, GetFrameInAStepWhoseValuesGoBackBreaksTiesByCreationOrder) {
+  odb_Step& step = NewStep("Step-1");
+  for (double value : {0.0, 1.0, 2.0, 1.0}) step.Frame(0, value, "");  // a restart at 1.0
+  EXPECT_EQ(Found(step, 1.0, odb_Enum::CLOSEST), 1);
+  EXPECT_EQ(Found(step, 1.0, odb_Enum::BEFORE), 1);
+  EXPECT_EQ(Found(step, 1.0, odb_Enum::AFTER), 3);
+  EXPECT_EQ(Found(step, 1.0, odb_Enum::EXACT), 3);
+  EXPECT_EQ(Found(step, 0.5, odb_Enum::AFTER), 3);
+  EXPECT_EQ(Found(step, 1.6, odb_Enum::CLOSEST), 2);
+  EXPECT_EQ(Found(step, 1.5, odb_Enum::CLOSEST), 1)
+      << "1.0 and 2.0 are as near: frame 1 came first";
+  EXPECT_EQ(Found(step, 1.5, odb_Enum::AFTER), 2);
+}

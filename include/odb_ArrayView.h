@@ -1,0 +1,45 @@
+// odb_ArrayView: a read-only view of a caller's array, as a pointer and a number of values, for
+// the calls that take bulk data (odb_FieldOutput::addData).
+//
+// The view owns nothing: the array must outlive the call the view is given to, and nothing
+// more; a view kept after the call may dangle. A std::vector converts to a view implicitly, so a
+// vector can be passed wherever a view is asked for; a view of a vector is stale once the
+// vector grows. A C array converts too, with its own length. A null pointer makes an empty view,
+// whatever the count. Copying a view copies two words; it never touches the values. Calls that
+// take views check their counts against size() before they read anything. Views are values:
+// any number of threads may read through views of the same unchanging array.
+#ifndef ODB_ARRAYVIEW_H
+#define ODB_ARRAYVIEW_H
+
+#include <cstddef>
+#include <vector>
+
+template <class T>
+class odb_ArrayView {
+ public:
+  // An empty view.
+  constexpr odb_ArrayView() = default;
+  // The `size` values at `data`; empty when `data` is null.
+  constexpr odb_ArrayView(const T* data, std::size_t size)
+      : m_data(data), m_size(data ? size : 0) {}
+  // The values `values` holds now.
+  odb_ArrayView(const std::vector<T>& values) : m_data(values.data()), m_size(values.size()) {}
+  // All N values of a C array.
+  template <std::size_t N>
+  constexpr odb_ArrayView(const T (&values)[N]) : m_data(values), m_size(N) {}
+
+  constexpr const T* data() const { return m_data; }
+  // The number of values (not bytes).
+  constexpr std::size_t size() const { return m_size; }
+  constexpr bool empty() const { return m_size == 0; }
+  // Value i, 0-based; i < size() is the caller's to ensure.
+  constexpr const T& operator[](std::size_t i) const { return m_data[i]; }
+  constexpr const T* begin() const { return m_data; }
+  constexpr const T* end() const { return m_data + m_size; }
+
+ private:
+  const T* m_data = nullptr;
+  std::size_t m_size = 0;
+};
+
+#endif
