@@ -78,7 +78,7 @@ double BendingStress(double x, double y, double load) {
 }
 
 // U at every node (sequence form) and S at the 8 integration points of every element (the flat
-// bulk form a solver would use) for one frame.
+// bulk form a solver would use, checked against the vectors' sizes) for one frame.
 void WriteResults(odb_Frame frame, odb_Instance& instance, double load) {
   odb_SequenceInt nodes;
   odb_SequenceSequenceFloat u;
@@ -107,7 +107,7 @@ void WriteResults(odb_Frame frame, odb_Instance& instance, double load) {
       }
   frame.FieldOutput("S", "Stress components", odb_Enum::TENSOR_3D_FULL)
       .addData(odb_Enum::INTEGRATION_POINT, instance, static_cast<int>(elements.size()),
-               elements.data(), static_cast<int>(s.size() / 6), 6, s.data());
+               elements, static_cast<int>(s.size() / 6), 6, s);
 }
 
 void Write(const odb_String& path) {

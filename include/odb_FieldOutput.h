@@ -163,6 +163,11 @@ class odb_FieldOutput {
   void addData(const odb_FieldOutput& field);
 
   // Read side.
+  // The values. A field may hold millions of them, so a value is built when it is asked for:
+  // the reference that values()[i] or value(i) returns is valid only until the next value is
+  // asked of the same sequence (`const odb_FieldValue& a = vals[0]; vals[1];` leaves `a`
+  // showing value 1). Copy the value (odb_FieldValue v = vals[0]; a copy costs a few handle
+  // copies) to keep it; bulkDataBlocks() gives whole arrays that stay valid with the field.
   const odb_SequenceFieldValue& values() const;
   const odb_FieldValue& value(int i) const { return values().constGet(i); }
   const odb_SequenceFieldBulkData& bulkDataBlocks() const;
