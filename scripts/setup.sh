@@ -5,7 +5,7 @@ set -euo pipefail
 
 # libgtest-dev brings GoogleTest's CMake package (GTestConfig.cmake) that the test build finds;
 # python3-numpy lets the test of the Python reading example run instead of being skipped.
-packages=(g++ cmake make pkg-config libsqlite3-dev libgtest-dev git python3-numpy)
+packages=(g++ cmake make pkg-config libsqlite3-dev libgtest-dev git python3-numpy libhdf5-dev)
 
 missing=()
 for p in "${packages[@]}"; do
