@@ -1,5 +1,7 @@
-// odb_ArrayView: a read-only view of a caller's array, as a pointer and a number of values, for
-// the calls that take bulk data (odb_FieldOutput::addData).
+// odb_ArrayView, odb_MutableArrayView: views of a caller's array, as a pointer and a number of
+// values: read-only for the calls that take bulk data (odb_FieldOutput::addData,
+// odb_DiscretePart::addNodes and addElements), writable for the calls that read into the
+// caller's memory (odb_FieldBulkData::readData, odb_DiscreteEntity::readNodes ...).
 //
 // The view owns nothing: the array must outlive the call the view is given to, and nothing
 // more; a view kept after the call may dangle. A std::vector converts to a view implicitly, so a
@@ -39,6 +41,33 @@ class odb_ArrayView {
 
  private:
   const T* m_data = nullptr;
+  std::size_t m_size = 0;
+};
+
+// A writable view: the calls that take one write into the caller's array, after checking that
+// it holds exactly the values they have to give. Owns nothing, like odb_ArrayView; a
+// std::vector converts to it implicitly (its size is what the call checks: size the vector
+// first).
+template <class T>
+class odb_MutableArrayView {
+ public:
+  constexpr odb_MutableArrayView() = default;
+  // The `size` values at `data`; empty when `data` is null.
+  constexpr odb_MutableArrayView(T* data, std::size_t size)
+      : m_data(data), m_size(data ? size : 0) {}
+  odb_MutableArrayView(std::vector<T>& values) : m_data(values.data()), m_size(values.size()) {}
+  template <std::size_t N>
+  constexpr odb_MutableArrayView(T (&values)[N]) : m_data(values), m_size(N) {}
+
+  constexpr T* data() const { return m_data; }
+  constexpr std::size_t size() const { return m_size; }
+  constexpr bool empty() const { return m_size == 0; }
+  constexpr T& operator[](std::size_t i) const { return m_data[i]; }
+  constexpr T* begin() const { return m_data; }
+  constexpr T* end() const { return m_data + m_size; }
+
+ private:
+  T* m_data = nullptr;
   std::size_t m_size = 0;
 };
 

@@ -9,9 +9,11 @@
 #ifndef ODB_DISCRETEENTITY_H
 #define ODB_DISCRETEENTITY_H
 
+#include <cstddef>
 #include <memory>
 #include <vector>
 
+#include "odb_ArrayView.h"
 #include "odb_Element.h"
 #include "odb_Enum.h"
 #include "odb_MeshList.h"
@@ -51,6 +53,19 @@ class odb_DiscreteEntity {
   // Element i (0-based); throws "Invalid Element index" (i < 0) or "Element index out of range.".
   odb_Element elements(int i) const;
   odb_Element element(int i) const { return elements(i); }
+
+  // The whole mesh into the caller's arrays, for programs that hold meshes in contiguous arrays
+  // and reuse them (std::vector converts to the views; size it first). readNodes gives each
+  // node's label and 3 coordinates (z = 0 in planar parts; placed by the instance for an
+  // instance), in nodes() order; readElements each element's label and its node labels, one
+  // element after the other, connectivityLength() of them in all (the sum of the elements'
+  // node counts). An empty view skips its array. Each view must hold exactly what it receives
+  // ("readNodes(): the coordinate array holds 29 values; the mesh gives 30."), checked before
+  // anything is written. Arrays that the mesh has not read yet go from the file straight into
+  // the caller's arrays and are not kept: this costs about what reading a file of them costs.
+  void readNodes(odb_MutableArrayView<int> labels, odb_MutableArrayView<float> coordinates) const;
+  std::size_t connectivityLength() const;
+  void readElements(odb_MutableArrayView<int> labels, odb_MutableArrayView<int> connectivity) const;
 
   // Throws "Invalid Node label" / "Invalid Element label" for a label the mesh does not have.
   odb_Node getNodeFromLabel(int label) const;

@@ -9,6 +9,7 @@
 
 #include <memory>
 
+#include "odb_ArrayView.h"
 #include "odb_DiscreteEntity.h"
 #include "odb_SectionCategory.h"
 #include "odb_Sequence.h"
@@ -22,13 +23,18 @@ enum odb_DiscretePartEnm : int {
   odb_DiscretePart_CONNECTIVITY_LENGTHS = 3,
   odb_DiscretePart_NO_NODE_LABELS = 4,
   odb_DiscretePart_NO_ELEMENT_LABELS = 5,
-  odb_DiscretePart_DUPLICATE_NODE = 6,     // %1$s: the label, %2$s: the part's name
-  odb_DiscretePart_DUPLICATE_ELEMENT = 7,  // %1$s: the label, %2$s: the part's name
-  odb_DiscretePart_UNKNOWN_NODE = 8,       // %1$s: element, %2$s: node, %3$s: the part's name
-  odb_DiscretePart_TOO_MANY_NODES = 9,     // %1$s: nodes per element, %2$s: the most allowed
-  odb_DiscretePart_WRONG_NODE_COUNT = 10,  // %1$s: element, %2$s: type, %3$s: given, %4$s: wanted
-  odb_DiscretePart_UNKNOWN_TYPE = 11,      // warning; %1$s: the type
-  odb_DiscretePart_UNKNOWN_TYPE_CASE = 12  // warning; %1$s: the type, %2$s: the known upper case
+  odb_DiscretePart_DUPLICATE_NODE = 6,      // %1$s: the label, %2$s: the part's name
+  odb_DiscretePart_DUPLICATE_ELEMENT = 7,   // %1$s: the label, %2$s: the part's name
+  odb_DiscretePart_UNKNOWN_NODE = 8,        // %1$s: element, %2$s: node, %3$s: the part's name
+  odb_DiscretePart_TOO_MANY_NODES = 9,      // %1$s: nodes per element, %2$s: the most allowed
+  odb_DiscretePart_WRONG_NODE_COUNT = 10,   // %1$s: element, %2$s: type, %3$s: given, %4$s: wanted
+  odb_DiscretePart_UNKNOWN_TYPE = 11,       // warning; %1$s: the type
+  odb_DiscretePart_UNKNOWN_TYPE_CASE = 12,  // warning; %1$s: the type, %2$s: the known upper case
+  // %1$s labels, %2$s coordinates, %3$s per node, %4$s expected
+  odb_DiscretePart_FLAT_COORDINATES = 13,
+  // %1$s labels, %2$s connectivity entries, %3$s type, %4$s per element, %5$s expected
+  odb_DiscretePart_FLAT_CONNECTIVITY = 14,
+  odb_DiscretePart_FLAT_USER_CONNECTIVITY = 15  // %1$s labels, %2$s connectivity entries
 };
 
 template <>
@@ -64,6 +70,24 @@ class odb_DiscretePart : public odb_DiscreteEntity {
   // long as the database stays open). A non-empty set name also makes an element set of the
   // new elements.
   void addElements(const odb_SequenceInt& labels, const odb_SequenceSequenceInt& connectivity,
+                   const odb_String& type, const odb_String& elementSetName = odb_String(),
+                   const odb_SectionCategory& sectionCategory = odb_SectionCategory());
+
+  // The flat forms, for programs that hold their mesh in contiguous arrays (std::vector and C
+  // arrays convert to the views): `coordinates` holds the nodes' coordinates one node after the
+  // other, 3 per node in a three-dimensional part and 2 in a planar or axisymmetric one;
+  // `connectivity` the elements' node labels one element after the other, as many per element
+  // as the type has (for a type the element library does not know, connectivity.size() /
+  // labels.size(), which must be whole). The sizes are checked before anything is read
+  // ("addNodes() was given 10 node labels and 29 coordinates; a part of this dimension takes 3
+  // coordinates per node (30).", "addElements() was given 10 element labels and 79
+  // connectivity entries; elements of type C3D8 take 8 nodes each (80)."); then the same checks
+  // and messages as the nested forms. The arrays are copied into the file a piece at a time
+  // and need to live only until the call returns; this costs about what writing them to a file
+  // costs, where the nested forms first fetch every row from memory.
+  void addNodes(odb_ArrayView<int> labels, odb_ArrayView<float> coordinates,
+                const odb_String& nodeSetName = odb_String());
+  void addElements(odb_ArrayView<int> labels, odb_ArrayView<int> connectivity,
                    const odb_String& type, const odb_String& elementSetName = odb_String(),
                    const odb_SectionCategory& sectionCategory = odb_SectionCategory());
 

@@ -174,6 +174,52 @@ const std::vector<int>& store_Mesh::Connectivity() {
   return m_connectivity;
 }
 
+std::size_t store_Mesh::ConnectivityLength() {
+  const std::vector<store_ElementBlock>& blocks = ElementBlocks();
+  return blocks.empty()
+             ? 0
+             : blocks.back().connectivityStart +
+                   static_cast<std::size_t>(blocks.back().count) * blocks.back().nodesPerElement;
+}
+
+namespace {
+
+// Reads the stored arrays `ids` one after the other into `out`, which has room for `values`
+// values of T; a file whose arrays hold another number is refused before anything is read.
+template <class T>
+void ReadArrays(store_Database& db, const std::vector<std::int64_t>& ids, std::size_t values,
+                T* out, const char* what) {
+  std::size_t bytes = 0;
+  for (std::int64_t id : ids) bytes += db.ArrayBytes(id);
+  if (bytes != values * sizeof(T))
+    throw store_Error(std::string("The ") + what +
+                      " of the mesh do not match its element and "
+                      "node counts: the file is damaged.");
+  for (std::int64_t id : ids) {
+    const std::size_t n = db.ArrayBytes(id) / sizeof(T);
+    db.GetArray(id, out);
+    out += n;
+  }
+}
+
+}  // namespace
+
+void store_Mesh::ReadCoordinates(float* out) {
+  LoadNodeBlocks();
+  if (m_coordinatesRead)
+    std::copy(m_coordinates.begin(), m_coordinates.end(), out);
+  else
+    ReadArrays(*m_db, m_coordinateArrays, 3 * m_nodeLabels.size(), out, "node coordinates");
+}
+
+void store_Mesh::ReadConnectivity(int* out) {
+  LoadElementBlocks();
+  if (m_connectivityRead)
+    std::copy(m_connectivity.begin(), m_connectivity.end(), out);
+  else
+    ReadArrays(*m_db, m_connectivityArrays, ConnectivityLength(), out, "connectivity arrays");
+}
+
 const store_LabelIndex& store_Mesh::ElementIndex() {
   LoadElementBlocks();
   if (!m_elementIndexBuilt) {

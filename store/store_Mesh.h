@@ -69,6 +69,13 @@ class store_Mesh {
   // The node labels of all elements, block after block.
   const std::vector<int>& Connectivity();
   int ElementPosition(int label);
+  // The number of node labels in Connectivity().
+  std::size_t ConnectivityLength();
+  // Copy what NodeCoordinates() and Connectivity() hold into `out`, which has room for it; when
+  // the mesh does not hold them yet, they are read from the file straight into `out` and not
+  // kept, so a program reading into its own arrays costs the library no memory.
+  void ReadCoordinates(float* out);
+  void ReadConnectivity(int* out);
   // The position in labels[0..n) of the first node or element label that repeats an earlier
   // one, or -1; labels the part lacks are passed over (see store_LabelIndex::FirstRepeat).
   std::ptrdiff_t FirstRepeatedNode(const int* labels, std::size_t n) {

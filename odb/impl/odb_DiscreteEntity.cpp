@@ -1,13 +1,29 @@
 #include "odb_DiscreteEntity.h"
 
+#include <algorithm>
+#include <string>
+
 #include "odb_EntityData.h"
 #include "odb_Exception.h"
 #include "odb_Instance.h"
 #include "odb_Message.h"
+#include "odb_Util.h"
 
 namespace {
+
 const char kSource[] = "odb/impl/odb_DiscreteEntity";
+
+// Refuses a caller's array that does not hold exactly `wanted` values.
+void CheckRoom(const char* call, const char* array, std::size_t given, std::size_t wanted) {
+  if (given == wanted) return;
+  odb_ThrowMessage(
+      odb_FormatMessage(
+          "%1$s(): the %2$s array holds %3$s values; the mesh gives %4$s.",
+          {call, array, odb_FromText(std::to_string(given)), odb_FromText(std::to_string(wanted))}),
+      kSource, __LINE__);
 }
+
+}  // namespace
 
 store_Database& odb_EntityData::Store() const {
   if (!mesh) odb_ThrowMessage("The part or instance belongs to no database.", kSource, 14);
@@ -89,6 +105,42 @@ const odb_SequenceElement& odb_DiscreteEntity::elements() const {
   if (d.mesh && (!d.elements.mesh() || d.elements.size() != d.mesh->ElementCount()))
     d.elements = odb_SequenceElement(d.mesh);
   return d.elements;
+}
+
+void odb_DiscreteEntity::readNodes(odb_MutableArrayView<int> labels,
+                                   odb_MutableArrayView<float> coordinates) const {
+  odb_MeshData* mesh = m_data->mesh.get();
+  const std::size_t n = mesh ? static_cast<std::size_t>(mesh->NodeCount()) : 0;
+  if (!labels.empty()) CheckRoom("readNodes", "label", labels.size(), n);
+  if (!coordinates.empty()) CheckRoom("readNodes", "coordinate", coordinates.size(), 3 * n);
+  if (n == 0) return;
+  if (!labels.empty()) std::copy_n(mesh->mesh->NodeLabels().data(), n, labels.data());
+  if (coordinates.empty()) return;
+  mesh->mesh->ReadCoordinates(coordinates.data());
+  if (!mesh->placed) return;
+  for (float* x = coordinates.data(); x != coordinates.end(); x += 3) {
+    double placed[3];
+    for (int i = 0; i < 3; ++i)
+      placed[i] = mesh->rotation[i][0] * x[0] + mesh->rotation[i][1] * x[1] +
+                  mesh->rotation[i][2] * x[2] + mesh->shift[i];
+    for (int i = 0; i < 3; ++i) x[i] = static_cast<float>(placed[i]);
+  }
+}
+
+std::size_t odb_DiscreteEntity::connectivityLength() const {
+  return m_data->mesh ? m_data->mesh->mesh->ConnectivityLength() : 0;
+}
+
+void odb_DiscreteEntity::readElements(odb_MutableArrayView<int> labels,
+                                      odb_MutableArrayView<int> connectivity) const {
+  odb_MeshData* mesh = m_data->mesh.get();
+  const std::size_t n = mesh ? static_cast<std::size_t>(mesh->ElementCount()) : 0;
+  const std::size_t length = connectivityLength();
+  if (!labels.empty()) CheckRoom("readElements", "label", labels.size(), n);
+  if (!connectivity.empty()) CheckRoom("readElements", "connectivity", connectivity.size(), length);
+  if (n == 0) return;
+  if (!labels.empty()) std::copy_n(mesh->mesh->ElementLabels().data(), n, labels.data());
+  if (!connectivity.empty()) mesh->mesh->ReadConnectivity(connectivity.data());
 }
 
 odb_Node odb_DiscreteEntity::nodes(int i) const {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <climits>
 #include <string>
 #include <vector>
 
@@ -44,6 +45,15 @@ const uti_LabelRow<odb_DiscretePartEnm> uti_LabelTable<odb_DiscretePartEnm, 1>::
     {"Element type \"%1$s\" is not known to the library (type names are matched exactly, and "
      "\"%2$s\" is known); its elements are stored as user elements.",
      "odb_DiscretePart_MSGID_12", odb_DiscretePart_UNKNOWN_TYPE_CASE},
+    {"addNodes() was given %1$s node labels and %2$s coordinates; a part of this dimension "
+     "takes %3$s coordinates per node (%4$s).",
+     "odb_DiscretePart_MSGID_13", odb_DiscretePart_FLAT_COORDINATES},
+    {"addElements() was given %1$s element labels and %2$s connectivity entries; elements of "
+     "type %3$s take %4$s nodes each (%5$s).",
+     "odb_DiscretePart_MSGID_14", odb_DiscretePart_FLAT_CONNECTIVITY},
+    {"addElements() was given %1$s element labels and %2$s connectivity entries, which is not a "
+     "whole number of nodes per element.",
+     "odb_DiscretePart_MSGID_15", odb_DiscretePart_FLAT_USER_CONNECTIVITY},
     {nullptr, nullptr, {}}};
 
 namespace {
@@ -170,6 +180,11 @@ void WarnUserElements(store_Database& db, const odb_String& type) {
   thr_ThreadSingleton<wip_WIP>::Instance().Warning(text);
 }
 
+// A count for a message.
+odb_String Count(std::size_t n) {
+  return odb_FromText(std::to_string(n));
+}
+
 }  // namespace
 
 void odb_DiscretePart::addNodes(const odb_SequenceInt& labels,
@@ -248,6 +263,67 @@ void odb_DiscretePart::addElements(const odb_SequenceInt& labels,
       std::move(labelArray), width, rows, type.CStr(), sectionCategory.name().CStr());
   if (refusal) length.CheckAll();
   Refused(refusal, part.name);
+  if (!known) WarnUserElements(part.Store(), type);
+  MakeSetOf(part, elementSetName, odb_Set::ELEMENT_SET, setLabels);
+}
+
+void odb_DiscretePart::addNodes(odb_ArrayView<int> labels, odb_ArrayView<float> coordinates,
+                                const odb_String& nodeSetName) {
+  const std::size_t d = embeddedSpace() == odb_Enum::THREE_D ? 3 : 2, n = labels.size();
+  if (n == 0) Throw(odb_DiscretePart_NO_NODE_LABELS, __LINE__);
+  if (coordinates.size() != n * d || n > static_cast<std::size_t>(INT_MAX))
+    Throw(odb_DiscretePart_FLAT_COORDINATES, __LINE__,
+          {Count(n), Count(coordinates.size()), Count(d), Count(n * d)});
+  std::vector<int> labelArray(labels.begin(), labels.end());
+  std::vector<int> setLabels = nodeSetName.Empty() ? std::vector<int>() : labelArray;
+  odb_EntityData& part = *m_data;
+  part.Store();
+  // The store takes x y z per node: planar coordinates get z = 0.
+  auto rows = [&](int first, int count, float* out) {
+    const float* from = coordinates.data() + static_cast<std::size_t>(first) * d;
+    if (d == 3) {
+      std::copy_n(from, static_cast<std::size_t>(count) * 3, out);
+      return;
+    }
+    for (int i = 0; i < count; ++i, from += 2, out += 3) {
+      out[0] = from[0];
+      out[1] = from[1];
+      out[2] = 0.0f;
+    }
+  };
+  Refused(part.mesh->mesh->AddNodes(std::move(labelArray), rows), part.name);
+  MakeSetOf(part, nodeSetName, odb_Set::NODE_SET, setLabels);
+}
+
+void odb_DiscretePart::addElements(odb_ArrayView<int> labels, odb_ArrayView<int> connectivity,
+                                   const odb_String& type, const odb_String& elementSetName,
+                                   const odb_SectionCategory& sectionCategory) {
+  const std::size_t n = labels.size();
+  if (n == 0) Throw(odb_DiscretePart_NO_ELEMENT_LABELS, __LINE__);
+  if (connectivity.empty()) Throw(odb_DiscretePart_NO_CONNECTIVITY, __LINE__);
+  const store_ElementClass* known = store_FindElementClass(odb_ToText(type));
+  const std::size_t width =
+      known ? static_cast<std::size_t>(known->nodesPerElement) : connectivity.size() / n;
+  if (known && (connectivity.size() != n * width || n > static_cast<std::size_t>(INT_MAX)))
+    Throw(odb_DiscretePart_FLAT_CONNECTIVITY, __LINE__,
+          {Count(n), Count(connectivity.size()), type, Count(width), Count(n * width)});
+  if (connectivity.size() != n * width || n > static_cast<std::size_t>(INT_MAX))
+    Throw(odb_DiscretePart_FLAT_USER_CONNECTIVITY, __LINE__,
+          {Count(n), Count(connectivity.size())});
+  if (width > static_cast<std::size_t>(odb_Element::kMaxNodes))
+    Throw(odb_DiscretePart_TOO_MANY_NODES, __LINE__,
+          {Count(width), odb_String(odb_Element::kMaxNodes)});
+  std::vector<int> labelArray(labels.begin(), labels.end());
+  std::vector<int> setLabels = elementSetName.Empty() ? std::vector<int>() : labelArray;
+  odb_EntityData& part = *m_data;
+  part.Store();
+  auto rows = [&](int first, int count, int* out) {
+    std::copy_n(connectivity.data() + static_cast<std::size_t>(first) * width,
+                static_cast<std::size_t>(count) * width, out);
+  };
+  Refused(part.mesh->mesh->AddElements(std::move(labelArray), static_cast<int>(width), rows,
+                                       type.CStr(), sectionCategory.name().CStr()),
+          part.name);
   if (!known) WarnUserElements(part.Store(), type);
   MakeSetOf(part, elementSetName, odb_Set::ELEMENT_SET, setLabels);
 }

@@ -2,6 +2,7 @@
 #include <sqlite3.h>
 
 #include <string>
+#include <vector>
 
 #include "MeshFile.h"
 
@@ -313,4 +314,80 @@ TEST_F(PartElements, UnknownTypesWarnOncePerDatabaseAndRoundTripAsUserElements) 
   EXPECT_EQ(TakeWarnings(),
             "Warning: Element type \"SPRINGA\" is not known to the library; its elements are "
             "stored as user elements.\n");
+}
+
+// The flat forms: contiguous arrays whose sizes are checked, then the nested forms' checks.
+using FlatMesh = MeshFile;
+
+TEST_F(FlatMesh, AdditionsFromContiguousArraysReadBackIntoTheCallersArrays) {
+  odb_DiscretePart& part = m_odb->DiscretePart("P", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
+  const std::vector<int> nodes = {7, 3, 9, 4, 11, 12};
+  const std::vector<float> xyz = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, 0, 0, 1, 1, 0, 1};
+  part.addNodes(nodes, xyz, "ALL");
+  part.addElements(std::vector<int>{30, 20}, std::vector<int>{7, 3, 9, 4, 7, 3, 9, 11}, "S4R");
+  part.addElements(std::vector<int>{40}, std::vector<int>{7, 3, 9, 4, 11, 12}, "MY6", "", {});
+  TakeWarnings();
+  m_odb->rootAssembly().Instance("P-1", part, Points({{10, 0, 0}}));
+  Reopen();
+  const odb_Instance& back = m_odb->rootAssembly().instance("P-1");
+  std::vector<int> labels(6), elements(3), connectivity(back.connectivityLength());
+  std::vector<float> placed(18);
+  back.readNodes(labels, placed);
+  EXPECT_EQ(labels, nodes);
+  for (std::size_t i = 0; i < xyz.size(); ++i)
+    EXPECT_FLOAT_EQ(placed[i], xyz[i] + (i % 3 == 0 ? 10.0f : 0.0f)) << "instance placement";
+  back.readElements(elements, connectivity);
+  EXPECT_EQ(elements, (std::vector<int>{30, 20, 40}));
+  EXPECT_EQ(connectivity, (std::vector<int>{7, 3, 9, 4, 7, 3, 9, 11, 7, 3, 9, 4, 11, 12}));
+  EXPECT_EQ(back.nodes()[4].label(), 11) << "the records see what the flat form wrote";
+  EXPECT_EQ(m_odb->parts()["P"].nodeSet("ALL").nodes().size(), 6);
+  std::vector<float> unplaced(18);
+  m_odb->parts()["P"].readNodes({}, unplaced);
+  EXPECT_EQ(unplaced, xyz);
+  std::vector<float> seventeen(17);
+  EXPECT_EQ(MessageOf([&] { back.readNodes(labels, seventeen); }),
+            "readNodes(): the coordinate array holds 17 values; the mesh gives 18.");
+  std::vector<int> short_(2);
+  EXPECT_EQ(MessageOf([&] { back.readElements(short_, {}); }),
+            "readElements(): the label array holds 2 values; the mesh gives 3.");
+}
+
+TEST_F(FlatMesh, SizesAreCheckedBeforeAnythingIsReadOrWritten) {
+  odb_DiscretePart& part = m_odb->DiscretePart("P", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
+  odb_DiscretePart& flat =
+      m_odb->DiscretePart("F", odb_Enum::TWO_D_PLANAR, odb_Enum::DEFORMABLE_BODY);
+  EXPECT_EQ(MessageOf([&] { part.addNodes(std::vector<int>{}, std::vector<float>{}); }),
+            "No node labels provided.");
+  EXPECT_EQ(MessageOf([&] {
+              part.addNodes(std::vector<int>{1, 2}, std::vector<float>{0, 0, 0, 1, 0});
+            }),
+            "addNodes() was given 2 node labels and 5 coordinates; a part of this dimension "
+            "takes 3 coordinates per node (6).");
+  flat.addNodes(std::vector<int>{1, 2, 3, 4}, std::vector<float>{0, 0, 1, 0, 1, 1, 0, 1});
+  part.addNodes(std::vector<int>{1, 2, 3, 4}, std::vector<float>(12));
+  EXPECT_EQ(
+      MessageOf([&] {
+        part.addElements(std::vector<int>{1, 2}, std::vector<int>{1, 2, 3, 4, 1, 2, 3}, "S4R");
+      }),
+      "addElements() was given 2 element labels and 7 connectivity entries; elements of "
+      "type S4R take 4 nodes each (8).");
+  EXPECT_EQ(MessageOf([&] {
+              part.addElements(std::vector<int>{1, 2}, std::vector<int>{1, 2, 3}, "USER3");
+            }),
+            "addElements() was given 2 element labels and 3 connectivity entries, which is not "
+            "a whole number of nodes per element.");
+  EXPECT_EQ(MessageOf([&] {
+              part.addElements(std::vector<int>{1}, std::vector<int>{1, 2, 3, 99}, "S4R");
+            }),
+            "Element 1 of part \"P\" refers to node 99, which the part does not have.");
+  EXPECT_EQ(MessageOf([&] {
+              part.addNodes(std::vector<int>{4}, std::vector<float>{0, 0, 0});
+            }),
+            "Duplicate node label 4 in part \"P\".");
+  Reopen();
+  EXPECT_EQ(m_odb->parts()["P"].elements().size(), 0);
+  EXPECT_EQ(m_odb->parts()["P"].nodes().size(), 4);
+  std::vector<float> planar(12);
+  m_odb->parts()["F"].readNodes({}, planar);
+  EXPECT_EQ(planar, (std::vector<float>{0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0})) << "z = 0";
 }
