@@ -14,6 +14,7 @@
 #include <memory>
 #include <vector>
 
+#include "odb_ArrayView.h"
 #include "odb_Enum.h"
 #include "odb_Instance.h"
 #include "odb_SectionPoint.h"
@@ -53,10 +54,28 @@ class odb_FieldBulkData {
   // The Mises stress of each location (tensor data; zeros for other types).
   const float* mises() const;
 
+  // Reading into the caller's arrays, for programs that read frame after frame into buffers
+  // they own and reuse (std::vector converts to the views; size it first). The labels come as
+  // stored: numberOfLabels() of them, one per element (one per node for nodal data), each with
+  // valuesPerElement() locations in a row; the data as length() rows of width() floats, the
+  // conjugate data likewise, the orientations as length() rows of orientationWidth() floats.
+  // Each view must hold exactly that many values ("readData(): the array holds 47 values; the
+  // block gives 48."), checked before anything is written; conjugate data of a real block and
+  // orientations of a block without them are refused. A block not read yet goes from the file
+  // straight into the caller's array, and nothing of it is kept: this costs about what reading
+  // a plain file costs, without the library allocating memory.
+  int numberOfLabels() const;
+  void readLabels(odb_MutableArrayView<int> into) const;
+  void readData(odb_MutableArrayView<float> into) const;
+  void readConjugateData(odb_MutableArrayView<float> into) const;
+  void readLocalCoordSystem(odb_MutableArrayView<float> into) const;
+
   const std::shared_ptr<odb_SubFieldData>& block() const { return m_block; }
 
  private:
   odb_SubFieldData& Block() const;
+  // The block's description, refused when faulty, without reading its arrays.
+  odb_SubFieldData& Described() const;
   std::shared_ptr<odb_SubFieldData> m_block;
   int m_length = 0, m_width = 0;
 };

@@ -37,10 +37,9 @@ bool IsTensorWidth(int width) {
 
 }  // namespace
 
-std::shared_ptr<odb_SubFieldData> odb_SubFieldData::FromBlock(const store_FieldBlockRecord& b,
-                                                              odb_Enum::odb_DataTypeEnum type,
-                                                              const odb_Instance& instance,
-                                                              std::shared_ptr<store_Database> store) {
+std::shared_ptr<odb_SubFieldData> odb_SubFieldData::FromBlock(
+    const store_FieldBlockRecord& b, odb_Enum::odb_DataTypeEnum type, const odb_Instance& instance,
+    std::shared_ptr<store_Database> store) {
   auto sub = std::make_shared<odb_SubFieldData>();
   sub->position = static_cast<odb_Enum::odb_ResultPositionEnum>(b.position);
   sub->type = type;
@@ -94,6 +93,44 @@ void odb_SubFieldData::AddBlock(const store_FieldBlockRecord& block) {
 
 std::size_t odb_SubFieldData::Locations() const {
   return labels.size() * perLabel + m_unreadLocations;
+}
+
+std::size_t odb_SubFieldData::LabelCount() const {
+  std::size_t n = labels.size();
+  for (const store_FieldBlockRecord& b : unread) n += static_cast<std::size_t>(b.count);
+  return n;
+}
+
+void odb_SubFieldData::ReadInto(Part part, void* out) {
+  Refuse(odb_SubFieldView::BULK_DATA);
+  for (const store_FieldBlockRecord& b : unread) CheckArrays(b);
+  // Values per location of each part, and where the held ones are.
+  const std::size_t per = part == Part::LABELS        ? 1
+                          : part == Part::ORIENTATION ? static_cast<std::size_t>(orientationWidth)
+                                                      : static_cast<std::size_t>(width);
+  const std::size_t heldItems = part == Part::LABELS ? labels.size() : labels.size() * perLabel;
+  char* at = static_cast<char*>(out);
+  if (part == Part::LABELS) {
+    std::copy_n(labels.data(), heldItems, reinterpret_cast<int*>(at));
+    at += heldItems * sizeof(int);
+  } else {
+    const odb_Run<float>& held = part == Part::DATA        ? data
+                                 : part == Part::CONJUGATE ? conjugate
+                                                           : orientation;
+    std::copy_n(held.data(), heldItems * per, reinterpret_cast<float*>(at));
+    at += heldItems * per * sizeof(float);
+  }
+  for (const store_FieldBlockRecord& b : unread) {
+    const std::int64_t array = part == Part::LABELS      ? b.labels
+                               : part == Part::DATA      ? b.data
+                               : part == Part::CONJUGATE ? b.conjugate
+                                                         : b.orientation;
+    const std::size_t items = part == Part::LABELS
+                                  ? static_cast<std::size_t>(b.count)
+                                  : static_cast<std::size_t>(b.count) * perLabel * per;
+    store->GetArray(array, at);
+    at += items * (part == Part::LABELS ? sizeof(int) : sizeof(float));
+  }
 }
 
 void odb_SubFieldData::Check(const odb_String& field, int fieldWidth, bool instanceKnown) {

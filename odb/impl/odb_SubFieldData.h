@@ -134,8 +134,16 @@ struct odb_SubFieldData {
   void Load();
   // A stored block of this sub-field, added after its first ones.
   void AddBlock(const store_FieldBlockRecord& block);
-  // The number of locations (values).
+  // The number of locations (values), and of labels; neither reads anything.
   std::size_t Locations() const;
+  std::size_t LabelCount() const;
+  // What the caller's arrays receive from ReadInto.
+  enum class Part { LABELS, DATA, CONJUGATE, ORIENTATION };
+  // Writes the labels (one per element or node), data, conjugate data or orientations into
+  // `out`, which has room for them: from what the sub-field holds, and straight from the file
+  // for the blocks it has not read, which it does not keep. Refuses a faulty sub-field as bulk
+  // data does, and a block whose arrays disagree with its count, before writing anything.
+  void ReadInto(Part part, void* out);
 
   // Makes the sub-field carry its location labels itself, one label per location (subsets and
   // extrapolated fields, whose locations need not be whole elements): `labels` must then hold
