@@ -206,12 +206,16 @@ inline constexpr const char* store_kAppendPoints[] = {
 // (store_PageReader); through a map, each fresh open would fault in every page it copies from.
 inline constexpr const char* store_kReaderPragmas = "PRAGMA mmap_size = 0;";
 
-// A writer: a commit returns only when the file is on disk, and a closed file is one plain file
-// (the journal is deleted at each commit). The cache is small (8 MiB): a large transaction
-// spills its pages into the file as it goes, which costs no more than writing them at commit,
-// and reusing a few warm pages is several times faster than filling fresh memory. Pages
-// appended past the end of the file are not journaled, so a save writes its data once.
+// A writer: a commit returns only when the file is on disk, the commit itself included. The
+// journal is truncated at each commit rather than deleted: with synchronous = FULL the truncation
+// is synced, so a save is durable when it returns, where deleting the journal would need the
+// folder synced too; closing the writer deletes the empty journal. The cache is small (8 MiB):
+// a large transaction spills its pages into the file as it goes, which costs no more than
+// writing them at commit, and reusing a few warm pages is several times faster than filling
+// fresh memory. Pages appended past the end of the file are not journaled, so a save writes its
+// data once.
 inline constexpr const char* store_kWriterPragmas = R"SQL(
+PRAGMA journal_mode = TRUNCATE;
 PRAGMA synchronous = FULL;
 PRAGMA cache_size = -8192;
 PRAGMA mmap_size = 1099511627776;

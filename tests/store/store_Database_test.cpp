@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <random>
 #include <vector>
@@ -150,7 +151,7 @@ TEST(StoreDatabase, BadFilesAreRefusedWithAReason) {
   store_Database::Create(good)->Commit();
   std::ifstream in(good, std::ios::binary);
   std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-  ASSERT_GT(bytes.size(), 70000u);
+  ASSERT_GT(bytes.size(), 8192u) << "a file of many pages, so that half of it misses some";
   WriteBytes(dir.file("half.odb"), bytes.substr(0, bytes.size() / 2));
   EXPECT_EQ(OpenError(dir.file("half.odb")), "The file is truncated.");
   WriteBytes(dir.file("stub.odb"), bytes.substr(0, 50));
@@ -164,6 +165,46 @@ TEST(StoreDatabase, BadFilesAreRefusedWithAReason) {
   EXPECT_EQ(OpenError(dir.file("other.db")),
             "The file is a database of another application, not an output database.");
   EXPECT_EQ(OpenError(dir.path()), "It is a folder, not a file.");
+}
+
+// The page size that the file's header gives (offset 16, big-endian; 1 means 65536).
+int PageSizeOf(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  unsigned char b[18] = {};
+  in.read(reinterpret_cast<char*>(b), sizeof b);
+  const int size = (b[16] << 8) | b[17];
+  return size == 1 ? 65536 : size;
+}
+
+// A small file is kept in small pages once closed, and gets large pages back while a writer has
+// it open; a file grown large keeps them.
+TEST(StoreDatabase, SmallFilesAreKeptInSmallPagesAndLargeOnesInLargePages) {
+  TempDir dir;
+  const std::string path = dir.file("a.odb");
+  std::vector<unsigned char> bytes(5u << 20);
+  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<unsigned char>(i * 31);
+  std::int64_t small = 0, large = 0;
+  {
+    auto db = store_Database::Create(path);
+    EXPECT_EQ(PageSizeOf(path), 65536);
+    small = db->PutArray("small", bytes.data(), 1000);
+    db->Commit();
+  }
+  EXPECT_EQ(PageSizeOf(path), 1024);
+  EXPECT_LT(std::filesystem::file_size(path), 60000u);
+  {
+    auto db = store_Database::Open(path, false);
+    EXPECT_EQ(PageSizeOf(path), 65536);
+    large = db->PutArray("large", bytes.data(), bytes.size());
+    db->Commit();
+  }
+  EXPECT_EQ(PageSizeOf(path), 65536);
+  auto db = store_Database::Open(path, true);
+  std::vector<unsigned char> back(bytes.size());
+  db->GetArray(large, back.data());
+  EXPECT_EQ(back, bytes);
+  db->GetArray(small, back.data());
+  EXPECT_TRUE(std::equal(back.begin(), back.begin() + 1000, bytes.begin()));
 }
 
 TEST(StoreDatabase, CreateRefusesMissingOrNonFolders) {
