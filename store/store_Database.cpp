@@ -293,7 +293,13 @@ std::shared_ptr<store_Database> store_Database::Open(const std::string& path, bo
   // The header row and the reserved bytes of the first page both say whether the pages carry
   // checksums: a damaged header byte must not turn the checks off unnoticed.
   const bool reserved = HasPageChecksums(path);
-  if (reserved != !db->Header(store_kChecksumKey).empty())
+  bool marked = false;
+  try {
+    marked = !db->Header(store_kChecksumKey).empty();
+  } catch (const store_Damaged& damage) {
+    store_ThrowDamagedSubject(damage, "the header");
+  }
+  if (reserved != marked)
     throw store_Damaged(path,
                         std::string("its first page ") + (reserved ? "reserves" : "lacks") +
                             " the bytes of page checksums, which its header row " +
