@@ -5,7 +5,11 @@ set -euo pipefail
 
 # libgtest-dev brings GoogleTest's CMake package (GTestConfig.cmake) that the test build finds;
 # python3-numpy lets the test of the Python reading example run instead of being skipped.
-packages=(g++ cmake make pkg-config libsqlite3-dev libgtest-dev git python3-numpy libhdf5-dev)
+# libxxhash-dev gives the hash of the page checksums (python3-xxhash lets the test of the
+# documented page check run); clang and libclang-rt-14-dev build the fuzz driver of tests/fault;
+# libhdf5-dev is the baseline that bench_endtoend measures against.
+packages=(g++ cmake make pkg-config libsqlite3-dev libgtest-dev git python3-numpy libxxhash-dev
+          python3-xxhash clang libclang-rt-14-dev libhdf5-dev)
 
 missing=()
 for p in "${packages[@]}"; do

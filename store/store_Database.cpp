@@ -16,6 +16,7 @@
 #include <system_error>
 #include <thread>
 
+#include "store_PageChecksum.h"
 #include "store_PageReader.h"
 #include "store_Schema.h"
 #include "store_SharedFile.h"
@@ -98,11 +99,17 @@ std::int64_t FileBytes(sqlite3* db) {
   return PageSize(db) * PragmaValue(db, "PRAGMA page_count");
 }
 
-// Rewrites the file in pages of `bytes`. When another process holds the file, it gives up and
-// the file stays as it is: larger, or slower to write large arrays into, never wrong.
+// Rewrites the file in pages of `bytes`. When another process holds the file, or its pages do
+// not all match their checksums, it gives up and the file stays as it is: larger, or slower to
+// write large arrays into, never wrong.
 void Repage(sqlite3* db, int bytes) {
+  int repaging = 1;
+  sqlite3_file_control(db, "main", store_kRepageControl, &repaging);
+  if (!repaging) return;
   const std::string sql = "PRAGMA page_size = " + std::to_string(bytes) + "; VACUUM";
   sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr);
+  repaging = 0;
+  sqlite3_file_control(db, "main", store_kRepageControl, &repaging);
 }
 
 bool Exists(const std::string& path) {
@@ -252,7 +259,7 @@ void store_Database::Connect(int flags, const std::string& name) {
   m_conn = std::make_shared<Shared>();
   sqlite3*& db = m_conn->db;
   int rc = sqlite3_open_v2(name.empty() ? m_path.c_str() : name.c_str(), &db,
-                           flags | SQLITE_OPEN_NOMUTEX, nullptr);
+                           flags | SQLITE_OPEN_NOMUTEX, store_ChecksumVfs());
   if (rc != SQLITE_OK) {
     std::string reason = db ? sqlite3_errmsg(db) : sqlite3_errstr(rc);
     sqlite3_close_v2(db);
@@ -272,6 +279,7 @@ void store_Database::Execute(const char* sql) {
   if (rc != SQLITE_OK) {
     std::string reason = error ? error : sqlite3_errstr(rc);
     sqlite3_free(error);
+    store_ThrowIfDamaged(db, rc);
     throw store_Error(store_Reason(rc, reason) + ".");
   }
 }
@@ -301,9 +309,18 @@ std::shared_ptr<store_Database> store_Database::Create(const std::string& path) 
 
   std::shared_ptr<store_Database> db(new store_Database(path, false));
   db->Connect(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  // Every page keeps its last bytes for its checksum, which the VFS fills in as it writes.
+  int reserved = store_kChecksumBytes;
+  store_Check(db->m_conn->db,
+              sqlite3_file_control(db->m_conn->db, "main", SQLITE_FCNTL_RESERVE_BYTES, &reserved),
+              "reserve page bytes");
   db->Execute(store_kCreateSchema);
   db->Sql("INSERT INTO header(key, value) VALUES ('creation_stamp', ?1)")
       .Bind(1, NewCreationStamp())
+      .Run();
+  db->Sql("INSERT INTO header(key, value) VALUES (?1, ?2)")
+      .Bind(1, std::string(store_kChecksumKey))
+      .Bind(2, std::string(store_kChecksumValue))
       .Run();
   db->Execute("COMMIT");
   db->StartWriting();
@@ -317,6 +334,27 @@ void store_Database::StartWriting() {
 }
 
 std::shared_ptr<store_Database> store_Database::Open(const std::string& path, bool readOnly) {
+  std::shared_ptr<store_Database> db = OpenConnection(path, readOnly);
+  // The header row and the reserved bytes of the first page both say whether the pages carry
+  // checksums: a damaged header byte must not turn the checks off unnoticed.
+  const bool reserved = HasPageChecksums(path);
+  bool marked = false;
+  try {
+    marked = !db->Header(store_kChecksumKey).empty();
+  } catch (const store_Damaged& damage) {
+    store_ThrowDamagedSubject(damage, "the header");
+  }
+  if (reserved != marked)
+    throw store_Damaged(path,
+                        std::string("its first page ") + (reserved ? "reserves" : "lacks") +
+                            " the bytes of page checksums, which its header row " +
+                            (reserved ? "does not name" : "names"),
+                        "are unreadable: the file's header is damaged");
+  return db;
+}
+
+std::shared_ptr<store_Database> store_Database::OpenConnection(const std::string& path,
+                                                               bool readOnly) {
   int version = SchemaVersion(path);
   if (version != store_kSchemaVersion)
     throw store_Error("The file has schema version " + std::to_string(version) + ", not " +
@@ -413,9 +451,18 @@ void store_Database::Rollback() {
 }
 
 std::string store_Database::Header(const std::string& key) {
-  store_Statement q = Sql("SELECT value FROM header WHERE key = ?1");
+  {
+    store_Statement q = Sql("SELECT value FROM header WHERE key = ?1");
+    q.Bind(1, key);
+    if (q.Step()) return q.Text(0);
+  }
+  // The key's index may have lost it: the table itself, a few rows, has the last word.
+  store_Statement q = Sql("SELECT value FROM header NOT INDEXED WHERE key = ?1");
   q.Bind(1, key);
-  return q.Step() ? q.Text(0) : std::string();
+  if (q.Step())
+    throw store_Damaged(m_path, "the index of its header misses the key '" + key + "'",
+                        "are unreadable: the index of the file's header is damaged");
+  return std::string();
 }
 
 void store_Database::SetHeader(const std::string& key, const std::string& value) {
@@ -450,6 +497,8 @@ std::vector<store_StepRecord> store_Database::Steps() {
       Sql("SELECT id, name, description, domain, time_period, total_time, previous_step, procedure "
           "FROM step ORDER BY id");
   while (q.Step()) {
+    q.RequireNotNull("step", {"id", "name", "description", "domain", "time_period", "total_time",
+                              "previous_step", "procedure"});
     store_StepRecord s;
     s.id = q.Int64(0);
     s.name = q.Text(1);
@@ -491,10 +540,17 @@ int store_Database::FrameCount(std::int64_t stepId) {
 std::vector<store_FrameRecord> store_Database::Frames(std::int64_t stepId, int from) {
   std::vector<store_FrameRecord> frames;
   store_Statement q =
-      Sql("SELECT increment, frame_value, description, load_case FROM frame "
+      Sql("SELECT increment, frame_value, description, load_case, frame_index FROM frame "
           "WHERE step_id = ?1 AND frame_index >= ?2 ORDER BY frame_index");
   q.Bind(1, stepId).Bind(2, from);
   while (q.Step()) {
+    q.RequireNotNull("frame",
+                     {"increment", "frame_value", "description", "load_case", "frame_index"});
+    // Frames are numbered from 0 without gaps: a gap is a frame lost.
+    if (q.Int64(4) != from + static_cast<std::int64_t>(frames.size()))
+      store_ThrowBadValue(*this, "frame", "frame_index",
+                          std::to_string(q.Int64(4)) + " where " +
+                              std::to_string(from + frames.size()) + " belongs");
     store_FrameRecord f;
     f.incrementNumber = q.Int(0);
     f.frameValue = static_cast<float>(q.Double(1));
@@ -524,7 +580,10 @@ std::vector<std::string> store_Database::LoadCases(std::int64_t stepId) {
   std::vector<std::string> names;
   store_Statement q = Sql("SELECT name FROM load_case WHERE step_id = ?1 ORDER BY rowid");
   q.Bind(1, stepId);
-  while (q.Step()) names.push_back(q.Text(0));
+  while (q.Step()) {
+    q.RequireNotNull("load_case", {"name"});
+    names.push_back(q.Text(0));
+  }
   return names;
 }
 
@@ -611,7 +670,18 @@ std::int64_t store_ArrayWriter::Finish() {
 std::size_t store_Database::ArrayBytes(std::int64_t id) {
   store_Statement q = Sql("SELECT bytes FROM array WHERE id = ?1");
   q.Bind(1, id);
-  if (!q.Step()) throw store_Error("No array " + std::to_string(id) + " in the file.");
+  if (!q.Step())
+    throw store_Damaged(m_path, "array " + std::to_string(id) + " is missing",
+                        "are incomplete (array " + std::to_string(id) + " is missing)");
+  // An array is never longer than the file that holds it: a damaged length must not make the
+  // reader allocate it.
+  struct stat st;
+  const int fd = m_conn->file ? m_conn->file->Descriptor() : -1;
+  const std::int64_t fileBytes = fd >= 0 && ::fstat(fd, &st) == 0 ? st.st_size : INT64_MAX;
+  if (q.IsNull(0) || q.Int64(0) < 0 || q.Int64(0) > fileBytes)
+    store_ThrowBadValue(*this, "array", "bytes",
+                        (q.IsNull(0) ? std::string("NULL") : std::to_string(q.Int64(0))) +
+                            " for array " + std::to_string(id));
   return static_cast<std::size_t>(q.Int64(0));
 }
 
@@ -644,7 +714,10 @@ void store_Database::GetArray(std::int64_t id, void* out) {
     chunks.push_back(chunk);
     offset += n;
   }
-  if (offset != expected) throw store_Error("Array " + std::to_string(id) + " is damaged.");
+  if (offset != expected)
+    store_ThrowBadValue(*this, "array", "bytes",
+                        std::to_string(expected) + " for array " + std::to_string(id) +
+                            " whose chunks hold " + std::to_string(offset));
   if (direct) CopyDirectChunks(*direct, chunks);
   sqlite3_blob* blob = nullptr;
   int rc = SQLITE_OK;

@@ -42,6 +42,41 @@ class store_Error : public odb_Exception {
       : odb_Exception(odb_Exceptions_DETAIL, odb_String(), odb_String(reason.c_str())) {}
 };
 
+// Damage found in the file: a page that does not match its checksum (store_PageChecksum.h), a
+// page SQLite finds malformed, or a value that no writer writes. Its own message names the file
+// and the damage; the object layer catches it to say what was being read, with Predicate(),
+// which follows a plural subject ("the frames of step 'LOAD'" + " do not match their checksum
+// (page 17)").
+class store_Damaged : public store_Error {
+ public:
+  store_Damaged(const std::string& path, const std::string& damage, const std::string& predicate)
+      : store_Error("The file " + path + " is damaged: " + damage + "."),
+        m_path(path),
+        m_predicate(predicate) {}
+  const std::string& Path() const { return m_path; }
+  const std::string& Predicate() const { return m_predicate; }
+
+ private:
+  std::string m_path;
+  std::string m_predicate;
+};
+
+// Throws store_Error "The file PATH is damaged: SUBJECT PREDICATE.": `damage` said in the words of
+// what was being read. No longer a store_Damaged, it passes the readers around the one that
+// named its subject.
+[[noreturn]] void store_ThrowDamagedSubject(const store_Damaged& damage,
+                                            const std::string& subject);
+
+// Throws store_Damaged for a value of `table`.`column` that no writer writes (`what`, for example
+// "NULL" or "-3"), in the file of `db`.
+[[noreturn]] void store_ThrowBadValue(const store_Database& db, const char* table,
+                                      const char* column, const std::string& what);
+
+// The header key that marks a file whose pages carry checksums, and its value: the hash, and what
+// seeds it.
+constexpr const char* store_kChecksumKey = "page_checksums";
+constexpr const char* store_kChecksumValue = "xxh3-64 seeded with the page number";
+
 // The schema version of the files this release writes (PRAGMA user_version).
 constexpr int store_kSchemaVersion = 333;
 // The mark of this library's files (PRAGMA application_id), "QTVo" in ASCII.
@@ -92,6 +127,9 @@ class store_Database {
   // True when the file at `path` is in write-ahead-log mode, as files written by earlier
   // releases are: a writable open turns it to a rollback journal.
   static bool InLogMode(const std::string& path);
+  // True when the pages of the file at `path` carry checksums (store_PageChecksum.h), as every
+  // file this release creates does; files of earlier releases do not.
+  static bool HasPageChecksums(const std::string& path);
 
   ~store_Database();
   store_Database(const store_Database&) = delete;
@@ -125,6 +163,8 @@ class store_Database {
 
   // Identity: a random identity and the creation time, fixed at creation.
   std::string CreationStamp();
+  // The value of a header key; empty when the file has none. A key that its index misses but its
+  // table holds throws store_Damaged.
   std::string Header(const std::string& key);
   void SetHeader(const std::string& key, const std::string& value);
 
@@ -171,6 +211,8 @@ class store_Database {
   struct Shared;
 
   store_Database(const std::string& path, bool readOnly);
+  // Open without the check of the checksum mark.
+  static std::shared_ptr<store_Database> OpenConnection(const std::string& path, bool readOnly);
   // Opens the connection, to `name` (an SQLite URI) when given, else to the path.
   void Connect(int flags, const std::string& name = std::string());
   // Sets the writer's pragmas and opens the transaction that the first save commits.

@@ -26,6 +26,8 @@ std::vector<store_DatumCsysRecord> store_DatumCsyses(store_Database& db) {
       "SELECT name, type, definition, instance, node_1, node_2, node_3, geometry "
       "FROM datum_csys ORDER BY id");
   while (q.Step()) {
+    q.RequireNotNull("datum_csys", {"name", "type", "definition", "instance", "node_1", "node_2",
+                                    "node_3", "geometry"});
     store_DatumCsysRecord record;
     record.name = q.Text(0);
     record.type = q.Int(1);

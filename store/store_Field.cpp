@@ -2,7 +2,9 @@
 
 #include <sqlite3.h>
 
+#include <limits>
 #include <sstream>
+#include <stdexcept>
 
 #include "store_Database.h"
 #include "store_Statement.h"
@@ -32,11 +34,19 @@ std::string JoinInts(const std::vector<int>& values) {
   return text;
 }
 
-std::vector<int> SplitInts(const std::string& text) {
-  std::vector<int> values;
+// Numbers joined by commas; false for anything else (a damaged text).
+bool SplitInts(const std::string& text, std::vector<int>& values) {
   std::istringstream in(text);
-  for (std::string item; std::getline(in, item, ',');) values.push_back(std::stoi(item));
-  return values;
+  for (std::string item; std::getline(in, item, ',');) {
+    std::size_t used = 0;
+    try {
+      values.push_back(std::stoi(item, &used));
+    } catch (const std::logic_error&) {
+      return false;
+    }
+    if (used != item.size()) return false;
+  }
+  return true;
 }
 
 }  // namespace
@@ -49,6 +59,8 @@ std::vector<store_FieldRecord> store_Fields(store_Database& db, std::int64_t ste
       "FROM field_output WHERE step_id = ?1 AND frame_index = ?2 ORDER BY field_index");
   q.Bind(1, stepId).Bind(2, frameIndex);
   while (q.Step()) {
+    q.RequireNotNull("field_output", {"id", "field_index", "name", "description", "type",
+                                      "component_labels", "invariants"});
     store_FieldRecord r;
     r.id = q.Int64(0);
     r.index = q.Int(1);
@@ -56,7 +68,11 @@ std::vector<store_FieldRecord> store_Fields(store_Database& db, std::int64_t ste
     r.description = q.Text(3);
     r.type = q.Int(4);
     r.componentLabels = SplitLabels(q.Text(5));
-    r.invariants = SplitInts(q.Text(6));
+    if (!SplitInts(q.Text(6), r.invariants))
+      store_ThrowBadValue(db, "field_output", "invariants", "'" + q.Text(6) + "'");
+    // Fields are numbered from 0 without gaps: a gap is a field lost.
+    if (r.index != static_cast<int>(fields.size()))
+      store_ThrowBadValue(db, "field_output", "field_index", std::to_string(r.index));
     fields.push_back(std::move(r));
   }
   return fields;
@@ -84,9 +100,26 @@ std::vector<store_FieldBlockRecord> store_FieldBlocks(store_Database& db, std::i
   store_Statement q = db.Sql(
       "SELECT position, instance, element_type, section_category, section_point, "
       "section_point_description, set_name, count, per_label, width, orientation_width, labels, "
-      "data, conjugate, orientation FROM field_block WHERE field_id = ?1 ORDER BY block");
+      "data, conjugate, orientation, block FROM field_block WHERE field_id = ?1 ORDER BY block");
   q.Bind(1, fieldId);
   while (q.Step()) {
+    q.RequireNotNull("field_block",
+                     {"position", "instance", "element_type", "section_category", "section_point",
+                      "section_point_description", "set_name", "count", "per_label", "width",
+                      "orientation_width", "labels", "data"});
+    // Blocks are numbered from 0 without gaps: a gap is a block lost.
+    if (q.Int64(15) != static_cast<std::int64_t>(blocks.size()))
+      store_ThrowBadValue(db, "field_block", "block", std::to_string(q.Int64(15)));
+    // Widths the reader cannot use are refused by it, with their own messages; here only what
+    // would make its sizes overflow.
+    if (q.Int64(7) < 0 || q.Int64(8) < 1 || q.Int64(9) < 1 || q.Int64(10) < 0 ||
+        q.Int64(7) > std::numeric_limits<int>::max() ||
+        q.Int64(8) > std::numeric_limits<int>::max() ||
+        q.Int64(9) > std::numeric_limits<int>::max() ||
+        q.Int64(10) > std::numeric_limits<int>::max())
+      store_ThrowBadValue(db, "field_block", "count, per_label, width or orientation_width",
+                          std::to_string(q.Int64(7)) + ", " + std::to_string(q.Int64(8)) + ", " +
+                              std::to_string(q.Int64(9)) + ", " + std::to_string(q.Int64(10)));
     store_FieldBlockRecord b;
     b.position = q.Int(0);
     b.instance = q.Text(1);

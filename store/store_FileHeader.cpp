@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "store_Database.h"
+#include "store_PageChecksum.h"
 #include "store_SharedFile.h"
 
 namespace {
@@ -62,6 +63,14 @@ int store_Database::SchemaVersion(const std::string& path) {
       static_cast<std::uint64_t>(st.st_size) < static_cast<std::uint64_t>(pages) * pageSize)
     throw store_Error("The file is truncated.");
   return static_cast<int>(BigEndian(header + 60, 4));
+}
+
+bool store_Database::HasPageChecksums(const std::string& path) {
+  store_SharedFile file(path);
+  unsigned char reserved = 0;
+  // Byte 20 of the header is the number of bytes reserved at the end of each page.
+  return file.Descriptor() >= 0 && ::pread(file.Descriptor(), &reserved, 1, 20) == 1 &&
+         reserved == store_kChecksumBytes;
 }
 
 bool store_Database::InLogMode(const std::string& path) {

@@ -14,6 +14,10 @@ std::vector<store_HistoryRegionRecord> store_HistoryRegions(store_Database& db,
       "point_name FROM history_region WHERE step_id = ?1 ORDER BY id");
   q.Bind(1, stepId);
   while (q.Step()) {
+    q.RequireNotNull("history_region",
+                     {"id", "name", "description", "load_case", "position", "instance", "node",
+                      "element", "integration_point", "face", "section_point",
+                      "section_point_description", "set_name", "set_kind", "point_name"});
     store_HistoryRegionRecord r;
     r.id = q.Int64(0);
     r.name = q.Text(1);
@@ -70,7 +74,10 @@ std::vector<store_HistoryOutputRecord> store_HistoryOutputs(store_Database& db,
   store_Statement q = db.Sql(
       "SELECT id, name, description, type FROM history_output WHERE region_id = ?1 ORDER BY id");
   q.Bind(1, regionId);
-  while (q.Step()) outputs.push_back({q.Int64(0), q.Text(1), q.Text(2), q.Int(3)});
+  while (q.Step()) {
+    q.RequireNotNull("history_output", {"id", "name", "description", "type"});
+    outputs.push_back({q.Int64(0), q.Text(1), q.Text(2), q.Int(3)});
+  }
   return outputs;
 }
 
@@ -140,9 +147,16 @@ void store_HistorySeries::Read(store_LargeVector<double>& times, store_LargeVect
     std::int64_t total = 0;
     {
       store_Statement q = db->Sql(
-          "SELECT count, times, data FROM history_block WHERE output_id = ?1 ORDER BY block");
+          "SELECT count, times, data, block FROM history_block WHERE output_id = ?1 "
+          "ORDER BY block");
       q.Bind(1, m_outputId);
       while (q.Step()) {
+        q.RequireNotNull("history_block", {"count", "times", "data", "block"});
+        // Blocks are numbered from 0 without gaps: a gap is a block lost.
+        if (q.Int64(3) != static_cast<std::int64_t>(blocks.size()))
+          store_ThrowBadValue(*db, "history_block", "block", std::to_string(q.Int64(3)));
+        if (q.Int64(0) < 0 || q.Int64(0) > std::int64_t(1) << 40)
+          store_ThrowBadValue(*db, "history_block", "count", std::to_string(q.Int64(0)));
         blocks.push_back({q.Int64(0), q.Int64(1), q.Int64(2)});
         total += q.Int64(0);
       }
@@ -154,7 +168,8 @@ void store_HistorySeries::Read(store_LargeVector<double>& times, store_LargeVect
       const std::size_t n = static_cast<std::size_t>(b.count);
       if (db->ArrayBytes(b.times) != n * sizeof(double) ||
           db->ArrayBytes(b.values) != n * sizeof(float))
-        throw store_Error("The history of output " + std::to_string(m_outputId) + " is damaged.");
+        store_ThrowBadValue(*db, "history_block", "count",
+                            std::to_string(n) + " for arrays of another length");
       db->GetArray(b.times, times.data() + at);
       db->GetArray(b.values, values.data() + at);
       at += n;

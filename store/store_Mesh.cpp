@@ -1,6 +1,7 @@
 #include "store_Mesh.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "store_Database.h"
 #include "store_Statement.h"
@@ -83,17 +84,50 @@ class Savepoint {
 store_Mesh::store_Mesh(std::shared_ptr<store_Database> db, std::int64_t partId)
     : m_db(std::move(db)), m_partId(partId) {}
 
+template <class Read>
+void store_Mesh::Reading(const char* what, Read&& read) {
+  try {
+    read();
+  } catch (const store_Damaged& damage) {
+    if (m_partName.empty()) throw;
+    store_ThrowDamagedSubject(damage, std::string("the ") + what + " of part '" + m_partName + "'");
+  }
+}
+
 void store_Mesh::LoadNodeBlocks() {
   if (m_nodeBlocksRead) return;
-  store_Statement q =
-      m_db->Sql("SELECT labels, coordinates FROM node_block WHERE part_id = ?1 ORDER BY block");
-  q.Bind(1, m_partId);
+  // Read into locals: a read that fails half way leaves nothing behind, and the next call
+  // fails the same way instead of returning half a mesh.
   std::vector<std::int64_t> labels, coordinates;
-  while (q.Step()) {
-    labels.push_back(q.Int64(0));
-    coordinates.push_back(q.Int64(1));
-  }
-  for (std::int64_t id : labels) AppendArray(*m_db, id, m_nodeLabels);
+  std::vector<int> nodeLabels;
+  Reading("nodes", [&] {
+    {
+      store_Statement q = m_db->Sql(
+          "SELECT block, count, labels, coordinates FROM node_block WHERE part_id = ?1 "
+          "ORDER BY block");
+      q.Bind(1, m_partId);
+      std::vector<std::int64_t> counts;
+      while (q.Step()) {
+        q.RequireNotNull("node_block", {"block", "count", "labels", "coordinates"});
+        if (q.Int64(0) != static_cast<std::int64_t>(labels.size()))
+          store_ThrowBadValue(*m_db, "node_block", "block",
+                              std::to_string(q.Int64(0)) + " at " + std::to_string(labels.size()));
+        counts.push_back(q.Int64(1));
+        labels.push_back(q.Int64(2));
+        coordinates.push_back(q.Int64(3));
+      }
+      for (std::size_t b = 0; b < labels.size(); ++b) {
+        std::size_t at = nodeLabels.size();
+        AppendArray(*m_db, labels[b], nodeLabels);
+        const std::size_t n = nodeLabels.size() - at;
+        if (counts[b] < 0 || static_cast<std::size_t>(counts[b]) != n ||
+            m_db->ArrayBytes(coordinates[b]) != 3 * sizeof(float) * n)
+          store_ThrowBadValue(*m_db, "node_block", "count",
+                              std::to_string(counts[b]) + " for arrays of another length");
+      }
+    }
+  });
+  m_nodeLabels = std::move(nodeLabels);
   m_nodeLabelArrays = std::move(labels);
   m_coordinateArrays = std::move(coordinates);
   m_nodeBlocksRead = true;
@@ -107,8 +141,12 @@ const std::vector<int>& store_Mesh::NodeLabels() {
 const std::vector<float>& store_Mesh::NodeCoordinates() {
   LoadNodeBlocks();
   if (!m_coordinatesRead) {
-    m_coordinates.reserve(3 * m_nodeLabels.size());
-    for (std::int64_t id : m_coordinateArrays) AppendArray(*m_db, id, m_coordinates);
+    std::vector<float> coordinates;
+    coordinates.reserve(3 * m_nodeLabels.size());
+    Reading("nodes", [&] {
+      for (std::int64_t id : m_coordinateArrays) AppendArray(*m_db, id, coordinates);
+    });
+    m_coordinates = std::move(coordinates);
     m_coordinatesRead = true;
   }
   return m_coordinates;
@@ -130,28 +168,51 @@ int store_Mesh::NodePosition(int label) {
 
 void store_Mesh::LoadElementBlocks() {
   if (m_elementBlocksRead) return;
-  store_Statement q = m_db->Sql(
-      "SELECT type, count, nodes_per_element, section_category, labels, connectivity "
-      "FROM element_block WHERE part_id = ?1 ORDER BY block");
-  q.Bind(1, m_partId);
-  std::vector<std::int64_t> labels;
-  std::size_t connectivity = 0;
-  int first = 0;
-  while (q.Step()) {
-    store_ElementBlock block;
-    block.type = q.Text(0);
-    block.count = q.Int(1);
-    block.nodesPerElement = q.Int(2);
-    block.sectionCategory = q.Text(3);
-    block.first = first;
-    block.connectivityStart = connectivity;
-    first += block.count;
-    connectivity += static_cast<std::size_t>(block.count) * block.nodesPerElement;
-    m_blocks.push_back(block);
-    labels.push_back(q.Int64(4));
-    m_connectivityArrays.push_back(q.Int64(5));
-  }
-  for (std::int64_t id : labels) AppendArray(*m_db, id, m_elementLabels);
+  std::vector<store_ElementBlock> blocks;
+  std::vector<std::int64_t> labels, connectivityArrays;
+  std::vector<int> elementLabels;
+  Reading("elements", [&] {
+    store_Statement q = m_db->Sql(
+        "SELECT block, type, count, nodes_per_element, section_category, labels, connectivity "
+        "FROM element_block WHERE part_id = ?1 ORDER BY block");
+    q.Bind(1, m_partId);
+    std::size_t connectivity = 0;
+    int first = 0;
+    while (q.Step()) {
+      q.RequireNotNull("element_block", {"block", "type", "count", "nodes_per_element",
+                                         "section_category", "labels", "connectivity"});
+      if (q.Int64(0) != static_cast<std::int64_t>(blocks.size()))
+        store_ThrowBadValue(*m_db, "element_block", "block", std::to_string(q.Int64(0)));
+      store_ElementBlock block;
+      block.type = q.Text(1);
+      const std::int64_t count = q.Int64(2), nodes = q.Int64(3);
+      if (count < 0 || count > std::numeric_limits<int>::max() - first)
+        store_ThrowBadValue(*m_db, "element_block", "count", std::to_string(count));
+      if (nodes < 1 || nodes > store_kMaxNodesPerElement)
+        store_ThrowBadValue(*m_db, "element_block", "nodes_per_element", std::to_string(nodes));
+      block.count = static_cast<int>(count);
+      block.nodesPerElement = static_cast<int>(nodes);
+      block.sectionCategory = q.Text(4);
+      block.first = first;
+      block.connectivityStart = connectivity;
+      first += block.count;
+      connectivity += static_cast<std::size_t>(block.count) * block.nodesPerElement;
+      blocks.push_back(block);
+      labels.push_back(q.Int64(5));
+      connectivityArrays.push_back(q.Int64(6));
+    }
+    for (std::size_t b = 0; b < blocks.size(); ++b) {
+      const std::size_t n = static_cast<std::size_t>(blocks[b].count);
+      if (m_db->ArrayBytes(labels[b]) != sizeof(int) * n ||
+          m_db->ArrayBytes(connectivityArrays[b]) != sizeof(int) * n * blocks[b].nodesPerElement)
+        store_ThrowBadValue(*m_db, "element_block", "count",
+                            std::to_string(n) + " for arrays of another length");
+      AppendArray(*m_db, labels[b], elementLabels);
+    }
+  });
+  m_blocks = std::move(blocks);
+  m_connectivityArrays = std::move(connectivityArrays);
+  m_elementLabels = std::move(elementLabels);
   m_elementBlocksRead = true;
 }
 
@@ -168,7 +229,11 @@ const std::vector<store_ElementBlock>& store_Mesh::ElementBlocks() {
 const std::vector<int>& store_Mesh::Connectivity() {
   LoadElementBlocks();
   if (!m_connectivityRead) {
-    for (std::int64_t id : m_connectivityArrays) AppendArray(*m_db, id, m_connectivity);
+    std::vector<int> connectivity;
+    Reading("elements", [&] {
+      for (std::int64_t id : m_connectivityArrays) AppendArray(*m_db, id, connectivity);
+    });
+    m_connectivity = std::move(connectivity);
     m_connectivityRead = true;
   }
   return m_connectivity;

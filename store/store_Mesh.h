@@ -28,6 +28,9 @@
 
 class store_Database;
 
+// The most nodes an element has (odb_Element::kMaxNodes): records hold them inline.
+constexpr int store_kMaxNodesPerElement = 30;
+
 struct store_ElementBlock {
   std::string type;
   int nodesPerElement = 0;
@@ -53,6 +56,8 @@ struct store_MeshRefusal {
 class store_Mesh {
  public:
   store_Mesh(std::shared_ptr<store_Database> db, std::int64_t partId);
+  // The part's name, which damage found in its mesh names ("the nodes of part 'BLOCK' ...").
+  void SetPartName(const std::string& name) { m_partName = name; }
   std::int64_t PartId() const { return m_partId; }
   const std::shared_ptr<store_Database>& Database() const { return m_db; }
 
@@ -99,6 +104,9 @@ class store_Mesh {
                                 const std::string& sectionCategory);
 
  private:
+  // Runs `read`, naming the part's `what` ("nodes", "elements") in the damage it finds.
+  template <class Read>
+  void Reading(const char* what, Read&& read);
   void LoadNodeBlocks();
   void LoadElementBlocks();
   const store_LabelIndex& NodeIndex();
@@ -106,6 +114,7 @@ class store_Mesh {
 
   std::shared_ptr<store_Database> m_db;
   std::int64_t m_partId;
+  std::string m_partName;
 
   bool m_nodeBlocksRead = false;
   std::vector<std::int64_t> m_nodeLabelArrays, m_coordinateArrays;

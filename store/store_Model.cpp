@@ -18,7 +18,10 @@ std::vector<int> ReadInts(store_Database& db, std::int64_t id) {
 std::vector<store_PartRecord> store_Parts(store_Database& db) {
   std::vector<store_PartRecord> parts;
   store_Statement q = db.Sql("SELECT id, name, dimension, type FROM part ORDER BY id");
-  while (q.Step()) parts.push_back({q.Int64(0), q.Text(1), q.Int(2), q.Int(3)});
+  while (q.Step()) {
+    q.RequireNotNull("part", {"id", "name", "dimension", "type"});
+    parts.push_back({q.Int64(0), q.Text(1), q.Int(2), q.Int(3)});
+  }
   return parts;
 }
 
@@ -35,6 +38,7 @@ std::vector<store_InstanceRecord> store_Instances(store_Database& db) {
   std::vector<store_InstanceRecord> instances;
   store_Statement q = db.Sql("SELECT id, name, part_id, placement FROM instance ORDER BY id");
   while (q.Step()) {
+    q.RequireNotNull("instance", {"id", "name", "part_id", "placement"});
     store_InstanceRecord record;
     record.id = q.Int64(0);
     record.name = q.Text(1);
@@ -77,6 +81,7 @@ std::vector<store_SetRecord> store_Sets(store_Database& db, store_OwnerKind owne
         "ORDER BY id");
     q.Bind(1, static_cast<int>(ownerKind)).Bind(2, owner);
     while (q.Step()) {
+      q.RequireNotNull("mesh_set", {"id", "name", "kind", "internal"});
       ids.push_back(q.Int64(0));
       store_SetRecord set;
       set.name = q.Text(1);
@@ -91,6 +96,7 @@ std::vector<store_SetRecord> store_Sets(store_Database& db, store_OwnerKind owne
     q.Bind(1, ids[s]);
     std::vector<std::int64_t> labels, faces;
     while (q.Step()) {
+      q.RequireNotNull("set_member", {"instance", "labels"});
       sets[s].members.push_back({q.Text(0), {}, {}});
       labels.push_back(q.Int64(1));
       faces.push_back(q.Int64(2));
@@ -98,6 +104,10 @@ std::vector<store_SetRecord> store_Sets(store_Database& db, store_OwnerKind owne
     for (std::size_t m = 0; m < labels.size(); ++m) {
       sets[s].members[m].labels = ReadInts(db, labels[m]);
       if (faces[m] != 0) sets[s].members[m].faces = ReadInts(db, faces[m]);
+      // A surface gives every label its face.
+      if ((sets[s].kind == store_kSurface) != (faces[m] != 0) ||
+          (faces[m] != 0 && sets[s].members[m].faces.size() != sets[s].members[m].labels.size()))
+        store_ThrowBadValue(db, "set_member", "faces", "an array that does not match its labels");
     }
   }
   return sets;
@@ -138,7 +148,10 @@ std::vector<store_SectionAssignment> store_SectionAssignments(store_Database& db
       "SELECT set_name, section FROM section_assignment WHERE owner_kind = ?1 AND owner = ?2 "
       "ORDER BY id");
   q.Bind(1, static_cast<int>(ownerKind)).Bind(2, owner);
-  while (q.Step()) assignments.push_back({q.Text(0), q.Text(1)});
+  while (q.Step()) {
+    q.RequireNotNull("section_assignment", {"set_name", "section"});
+    assignments.push_back({q.Text(0), q.Text(1)});
+  }
   return assignments;
 }
 

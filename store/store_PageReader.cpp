@@ -8,11 +8,16 @@
 #include <cerrno>
 #include <cstring>
 
+#include "store_PageChecksum.h"
+
 namespace {
 
 const unsigned char kInteriorTable = 0x05, kLeafTable = 0x0D;
 const std::size_t kCachedPages = 64;
-const std::size_t kRunPages = 256;  // pages a read takes at most (IOV_MAX allows 512)
+// Pages a read takes at most: 1 MiB of 64 KiB pages, so that the pages are still in the
+// processor's cache when their checksums are computed right after the read. Each page takes up
+// to three parts of the read (link, content, checksum) and the last a fourth; IOV_MAX is 1,024.
+const std::size_t kRunPages = 16;
 
 std::uint32_t Get2(const unsigned char* p) {
   return (std::uint32_t(p[0]) << 8) | p[1];
@@ -58,12 +63,15 @@ store_PageReader::store_PageReader(int fd, std::int64_t rootPage) : m_fd(fd) {
     return;
   }
   m_pageSize = Get2(header + 16) == 1 ? 65536 : Get2(header + 16);
-  // Pages with bytes reserved at their end (this library never makes them) would not abut.
-  if (m_pageSize < 512 || (m_pageSize & (m_pageSize - 1)) || header[20] != 0) {
+  // Pages end either with nothing reserved (files of earlier releases) or with their checksum.
+  const unsigned reserved = header[20];
+  if (m_pageSize < 512 || (m_pageSize & (m_pageSize - 1)) ||
+      (reserved != 0 && reserved != store_kChecksumBytes)) {
     m_fd = -1;
     return;
   }
-  m_usable = m_pageSize;
+  m_checked = reserved == store_kChecksumBytes && store_PageChecks();
+  m_usable = m_pageSize - reserved;
   m_pageCount = static_cast<std::uint32_t>(st.st_size / m_pageSize);
   m_root = static_cast<std::uint32_t>(rootPage);
 }
@@ -85,6 +93,8 @@ const std::vector<unsigned char>* store_PageReader::Page(std::uint32_t number) {
   if (m_pages.size() >= kCachedPages) m_pages.clear();
   std::vector<unsigned char> page(m_pageSize);
   if (!ReadRaw(page.data(), m_pageSize, std::int64_t(number - 1) * m_pageSize)) return nullptr;
+  // A damaged page sends the caller to SQLite, whose read of the page reports the damage.
+  if (m_checked && !store_PageSound(page.data(), m_pageSize, number)) return nullptr;
   return &m_pages.emplace(number, std::move(page)).first->second;
 }
 
@@ -190,28 +200,53 @@ bool store_PageReader::CopyRest(const Rest& rest) const {
   std::size_t done = rest.done;
   const std::size_t bytes = rest.bytes;
   // Overflow pages written in one go follow each other in the file. One read takes a run of
-  // pages on that guess, each page's 4-byte link into `links` and its content where it belongs;
-  // the links then tell how far the guess held, and the chain goes on from the first page that
-  // was not the next one.
+  // pages on that guess, each page's 4-byte link into `links`, its content where it belongs and
+  // its checksum (if the file has them) into `sums`; the links then tell how far the guess held,
+  // and the chain goes on from the first page that was not the next one. The last page's unused
+  // end goes into `spare`, to check it whole.
   const std::size_t content = m_usable - 4;
+  const std::size_t reserved = m_pageSize - m_usable;
   unsigned char links[kRunPages][4];
-  struct iovec parts[2 * kRunPages];
+  unsigned char sums[kRunPages][store_kChecksumBytes];
+  std::vector<unsigned char> spare;
+  struct iovec parts[4 * kRunPages];
+  store_PageHash hash;
   while (done < bytes) {
     if (page < 2 || page > m_pageCount) return false;
     const std::size_t left = (bytes - done + content - 1) / content;
     const std::size_t run = std::min<std::size_t>({left, kRunPages, m_pageCount - page + 1});
-    std::size_t want = 0;
+    std::size_t want = 0, count = 0, spareBytes = 0;
     for (std::size_t i = 0; i < run; ++i) {
       const std::size_t n = std::min(content, bytes - done - i * content);
-      parts[2 * i] = {&links[i], 4};
-      parts[2 * i + 1] = {blob + done + i * content, n};
+      parts[count++] = {&links[i], 4};
+      parts[count++] = {blob + done + i * content, n};
       want += 4 + n;
+      if (m_checked && n < content) {
+        spare.resize(content - n);
+        spareBytes = content - n;
+        parts[count++] = {spare.data(), spareBytes};
+        want += spareBytes;
+      }
+      if (reserved) {
+        parts[count++] = {&sums[i], reserved};
+        want += reserved;
+      }
     }
-    if (::preadv(m_fd, parts, static_cast<int>(2 * run), std::int64_t(page - 1) * m_pageSize) !=
+    if (::preadv(m_fd, parts, static_cast<int>(count), std::int64_t(page - 1) * m_pageSize) !=
         static_cast<ssize_t>(want))
       return false;
     std::size_t good = 1;
     while (good < run && Get4(links[good - 1]) == page + good) ++good;
+    if (m_checked) {
+      for (std::size_t i = 0; i < good; ++i) {
+        const std::size_t n = std::min(content, bytes - done - i * content);
+        hash.Start(page + static_cast<std::uint32_t>(i));
+        hash.Add(links[i], 4);
+        hash.Add(blob + done + i * content, n);
+        if (n < content) hash.Add(spare.data(), spareBytes);
+        if (!hash.Matches(sums[i])) return false;
+      }
+    }
     done = std::min(bytes, done + good * content);
     page = Get4(links[good - 1]);
   }

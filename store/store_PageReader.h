@@ -10,9 +10,11 @@
 // their links aside. It is used only where that is safe: the connection holds a read
 // transaction (so no writer can write into the file while it lasts) and has written nothing,
 // and, for a file of an earlier release still in write-ahead-log mode, the log is empty, so
-// every page of its snapshot is in the database file. Anything it does not expect (a page of an
-// unknown kind, a pointer out of range, a length that does not match, reserved bytes in pages)
-// makes Start or CopyRest return false, and the caller reads the blob through SQLite instead.
+// every page of its snapshot is in the database file. Pages that end with a checksum
+// (store_PageChecksum.h) are checked as they are read, by the thread that copies them. Anything
+// it does not expect (a page of an unknown kind, a pointer out of range, a length that does not
+// match, a page that fails its checksum) makes Start or CopyRest return false, and the caller
+// reads the blob through SQLite instead, which reports damage as it finds it.
 //
 // One object per read transaction: the pages it caches belong to that snapshot.
 #ifndef STORE_PAGEREADER_H
@@ -58,6 +60,7 @@ class store_PageReader {
 
   int m_fd = -1;
   std::uint32_t m_root = 0, m_pageSize = 0, m_usable = 0, m_pageCount = 0;
+  bool m_checked = false;  // pages end with checksums, and reads check them
   std::map<std::uint32_t, std::vector<unsigned char>> m_pages;  // b-tree pages read so far
 };
 

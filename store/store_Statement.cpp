@@ -1,5 +1,7 @@
 #include "store_Statement.h"
 
+#include "store_PageChecksum.h"
+
 std::string store_Reason(int rc, const std::string& sqlite) {
   if ((rc & 0xff) == SQLITE_BUSY)
     return "the file stayed locked by another process (a save in progress there) for " +
@@ -7,8 +9,47 @@ std::string store_Reason(int rc, const std::string& sqlite) {
   return sqlite;
 }
 
+void store_ThrowIfDamaged(sqlite3* db, int rc) {
+  const char* name = db ? sqlite3_db_filename(db, "main") : nullptr;
+  const std::string path = name ? name : "";
+  if (rc == SQLITE_IOERR_DATA) {
+    const std::string page = std::to_string(store_LastDamagedPage());
+    throw store_Damaged(path, "page " + page + " does not match its checksum",
+                        "do not match their checksum (page " + page + ")");
+  }
+  if ((rc & 0xff) == SQLITE_CORRUPT || (rc & 0xff) == SQLITE_NOTADB) {
+    const std::string reason = db ? sqlite3_errmsg(db) : sqlite3_errstr(rc);
+    throw store_Damaged(path, "SQLite finds it malformed (" + reason + ")",
+                        "are malformed (" + reason + ")");
+  }
+}
+
+void store_ThrowDamagedSubject(const store_Damaged& damage, const std::string& subject) {
+  throw store_Error("The file " + damage.Path() + " is damaged: " + subject + " " +
+                    damage.Predicate() + ".");
+}
+
+void store_ThrowBadValue(const store_Database& db, const char* table, const char* column,
+                         const std::string& what) {
+  const std::string where = std::string(table) + "." + column + " holds " + what;
+  throw store_Damaged(db.Path(), where, "hold a value no writer writes (" + where + ")");
+}
+
+void store_Statement::RequireNotNull(const char* table,
+                                     std::initializer_list<const char*> columns) const {
+  int col = 0;
+  for (const char* column : columns) {
+    if (IsNull(col++)) {
+      const char* name = sqlite3_db_filename(m_db, "main");
+      const std::string where = std::string(table) + "." + column + " holds NULL";
+      throw store_Damaged(name ? name : "", where, "hold a value no writer writes (" + where + ")");
+    }
+  }
+}
+
 void store_Check(sqlite3* db, int rc, const char* what) {
   if (rc == SQLITE_OK || rc == SQLITE_ROW || rc == SQLITE_DONE) return;
+  store_ThrowIfDamaged(db, rc);
   std::string reason = db ? sqlite3_errmsg(db) : sqlite3_errstr(rc);
   throw store_Error(std::string(what) + " failed: " + store_Reason(rc, reason));
 }

@@ -8,6 +8,7 @@
 #include <sqlite3.h>
 
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <unordered_map>
 
@@ -19,7 +20,10 @@ constexpr int store_kBusyMilliseconds = 30000;
 
 // SQLite's message `sqlite` for result `rc`, or a clearer one where SQLite's would puzzle a user.
 std::string store_Reason(int rc, const std::string& sqlite);
-// Throws store_Error with SQLite's own message for a failed call.
+// Throws store_Damaged when `rc` says that SQLite found the file damaged: a page that failed its
+// checksum, or one it finds malformed.
+void store_ThrowIfDamaged(sqlite3* db, int rc);
+// Throws store_Error with SQLite's own message for a failed call (store_Damaged for damage).
 void store_Check(sqlite3* db, int rc, const char* what);
 
 class store_Statement {
@@ -67,6 +71,10 @@ class store_Statement {
                : std::string();
   }
   const void* Blob(int col) const { return sqlite3_column_blob(m_stmt, col); }
+  bool IsNull(int col) const { return sqlite3_column_type(m_stmt, col) == SQLITE_NULL; }
+  // Throws store_Damaged when one of the row's first columns.size() columns, which `columns`
+  // names, is NULL: a damaged row reads as NULLs, which read as 0 or "" otherwise.
+  void RequireNotNull(const char* table, std::initializer_list<const char*> columns) const;
   int Bytes(int col) const { return sqlite3_column_bytes(m_stmt, col); }
 
  private:

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "odb_AssemblyData.h"
+#include "odb_Damage.h"
 #include "odb_EntityData.h"
 #include "odb_Exception.h"
 #include "odb_Message.h"
@@ -57,10 +58,18 @@ store_Placement PlacementOf(const odb_String& name, const odb_SequenceSequenceFl
 void odb_AssemblyData::ReadInstances() {
   if (instancesRead || !store) return;
   parts->Load();
-  for (const store_InstanceRecord& record : store_Instances(*store)) {
+  const char* what = "the instances";
+  const std::vector<store_InstanceRecord> records =
+      odb_Reading(what, [&] { return store_Instances(*store); });
+  for (const store_InstanceRecord& record : records)
+    if (!parts->FindById(record.partId))
+      odb_ThrowDamaged(store->Path(), what,
+                       "name a part the file does not hold (instance.part_id holds " +
+                           std::to_string(record.partId) + ")");
+  for (const store_InstanceRecord& record : records) {
     const odb_DiscretePart* part = parts->FindById(record.partId);
     odb_String name(record.name.c_str());
-    if (!part || instances.isMember(name)) continue;
+    if (instances.isMember(name)) continue;
     odb_Instance instance = MakeInstance(name, *part, record.placement);
     instances.insert(name, instance);
     meshes.append(odb_Mesh(instance.data()->mesh));
@@ -91,9 +100,15 @@ odb_SetRepository& odb_AssemblyData::Repository(odb_Set::Type type) {
 void odb_AssemblyData::ReadSets() {
   if (setsRead || !store) return;
   ReadInstances();
-  for (const store_SetRecord& record : store_Sets(*store, store_kAssemblyOwner, "")) {
+  const char* what = "the sets of the assembly";
+  const std::vector<store_SetRecord> records =
+      odb_Reading(what, [&] { return store_Sets(*store, store_kAssemblyOwner, ""); });
+  for (const store_SetRecord& record : records) {
     if (record.kind < odb_Set::NODE_SET || record.kind > odb_Set::SURFACE_SET)
       Throw(odb_Assembly_UNKNOWN_SET_TYPE, 107);
+    odb_CheckFaces(*store, record, what);
+  }
+  for (const store_SetRecord& record : records) {
     std::vector<std::shared_ptr<odb_MeshData>> memberMeshes;
     for (const store_SetMember& member : record.members)
       memberMeshes.push_back(meshes.mesh(odb_String(member.instance.c_str())).data());

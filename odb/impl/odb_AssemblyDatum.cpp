@@ -6,6 +6,7 @@
 #include "odb_Assembly.h"
 #include "odb_AssemblyData.h"
 #include "odb_CsysGeometry.h"
+#include "odb_Damage.h"
 #include "odb_DatumCsysData.h"
 #include "odb_EntityData.h"
 #include "odb_Message.h"
@@ -80,7 +81,16 @@ void Directions(odb_DatumCsysData& system, const odb_SequenceFloat& x, const odb
 
 void odb_AssemblyData::ReadDatumCsyses() {
   if (datumCsysesRead || !store) return;
-  for (const store_DatumCsysRecord& record : store_DatumCsyses(*store)) {
+  const char* what = "the datum coordinate systems";
+  const std::vector<store_DatumCsysRecord> records =
+      odb_Reading(what, [&] { return store_DatumCsyses(*store); });
+  for (const store_DatumCsysRecord& record : records) {
+    odb_CheckedCode(*store, record.type, odb_Enum::RECTANGULAR, odb_Enum::SPHERICAL, what,
+                    "datum_csys", "type");
+    odb_CheckedCode(*store, record.definition, odb_DatumCsys::FIXED, odb_DatumCsys::SIX_DOF_NODE,
+                    what, "datum_csys", "definition");
+  }
+  for (const store_DatumCsysRecord& record : records) {
     auto system = std::make_shared<odb_DatumCsysData>(odb_DatumCsysData::FromRecord(record));
     const odb_String name = system->name;
     datumCsyses.insert(name, odb_DatumCsys(std::move(system)));

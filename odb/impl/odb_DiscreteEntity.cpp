@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "odb_Damage.h"
 #include "odb_EntityData.h"
 #include "odb_Exception.h"
 #include "odb_Instance.h"
@@ -30,12 +31,22 @@ store_Database& odb_EntityData::Store() const {
   return *mesh->mesh->Database();
 }
 
+std::string odb_EntityData::Subject(const char* what) const {
+  return std::string("the ") + what + " of " +
+         (ownerKind == store_kPartOwner ? "part " : "instance ") + odb_Quoted(name);
+}
+
 void odb_EntityData::ReadSets() {
   if (setsRead || !mesh) return;
-  std::vector<store_SetRecord> records = store_Sets(Store(), ownerKind, name.CStr());
+  const std::string what = Subject("sets");
+  std::vector<store_SetRecord> records =
+      odb_Reading(what, [&] { return store_Sets(Store(), ownerKind, name.CStr()); });
   for (const store_SetRecord& record : records) {
     if (record.kind < odb_Set::NODE_SET || record.kind > odb_Set::SURFACE_SET)
       odb_ThrowMessage(odb_CatalogueMessage(odb_Instance_UNKNOWN_SET_TYPE), kSource, 18);
+    odb_CheckFaces(Store(), record, what);
+  }
+  for (const store_SetRecord& record : records) {
     std::vector<std::shared_ptr<odb_MeshData>> meshesOfMembers(record.members.size(), mesh);
     odb_Set set(odb_SetData::FromRecord(record, meshesOfMembers));
     Repository(set.type()).insert(set.name(), set);
@@ -71,7 +82,9 @@ odb_Set& odb_EntityData::CreateSet(const odb_String& setName, odb_Set::Type kind
 
 void odb_EntityData::ReadAssignments() {
   if (assignmentsRead || !mesh) return;
-  for (const store_SectionAssignment& a : store_SectionAssignments(Store(), ownerKind, name.CStr()))
+  for (const store_SectionAssignment& a : odb_Reading(Subject("section assignments"), [&] {
+         return store_SectionAssignments(Store(), ownerKind, name.CStr());
+       }))
     assignments.push_back({a.setName.c_str(), a.section.c_str()});
   assignmentsRead = true;
 }

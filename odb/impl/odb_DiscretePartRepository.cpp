@@ -1,9 +1,11 @@
 #include "odb_DiscretePartRepository.h"
 
+#include "odb_Damage.h"
 #include "odb_EntityData.h"
 #include "odb_Exception.h"
 #include "odb_Message.h"
 #include "odb_Odb.h"
+#include "odb_Util.h"
 #include "store_Model.h"
 
 odb_DiscretePartRepository::odb_DiscretePartRepository(std::shared_ptr<store_Database> store,
@@ -17,15 +19,26 @@ odb_DiscretePart odb_DiscretePartRepository::MakePart(std::int64_t id, const odb
   data->dimension = static_cast<odb_Enum::odb_DimensionEnum>(dimension);
   data->type = static_cast<odb_Enum::odb_PartTypeEnum>(type);
   data->ownerKind = store_kPartOwner;
-  data->mesh = std::make_shared<odb_MeshData>(std::make_shared<store_Mesh>(m_store, id), name,
-                                              odb_String(), nullptr, m_categories);
+  auto mesh = std::make_shared<store_Mesh>(m_store, id);
+  mesh->SetPartName(odb_ToText(name));
+  data->mesh =
+      std::make_shared<odb_MeshData>(std::move(mesh), name, odb_String(), nullptr, m_categories);
   data->meshes.append(odb_Mesh(data->mesh));
   return odb_DiscretePart(data);
 }
 
 void odb_DiscretePartRepository::Load() {
   if (!m_store) return;
-  for (const store_PartRecord& record : store_Parts(*m_store)) {
+  const std::string subject = "the parts";
+  const std::vector<store_PartRecord> parts =
+      odb_Reading(subject, [&] { return store_Parts(*m_store); });
+  for (const store_PartRecord& record : parts) {
+    odb_CheckedCode(*m_store, record.dimension, odb_Enum::THREE_D, odb_Enum::UNKNOWN_DIMENSION,
+                    subject, "part", "dimension");
+    odb_CheckedCode(*m_store, record.type, odb_Enum::DEFORMABLE_BODY, odb_Enum::EULERIAN, subject,
+                    "part", "type");
+  }
+  for (const store_PartRecord& record : parts) {
     odb_String name(record.name.c_str());
     if (!isMember(name)) insert(name, MakePart(record.id, name, record.dimension, record.type));
   }

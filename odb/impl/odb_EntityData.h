@@ -6,6 +6,7 @@
 #define ODB_ENTITYDATA_H
 
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "odb_DiscreteEntity.h"
@@ -46,6 +47,8 @@ struct odb_EntityData {
   store_Database& Store() const;
   // Fills the set repositories from the file once. Throws "Unknown set type." for a stored set
   // of a kind this library does not write.
+  // "the WHAT of part 'NAME'" (or instance), for damage found while reading them.
+  std::string Subject(const char* what) const;
   void ReadSets();
   // The repository that holds sets of `type`.
   odb_SetRepository& Repository(odb_Set::Type type);

@@ -42,6 +42,8 @@ struct odb_FieldData {
   std::shared_ptr<store_Database> store;
   std::int64_t id = 0, stepId = 0;
   int frameIndex = 0;
+  // "field 'S' in frame 3 of step 'LOAD'", for damage found in its data.
+  std::string subject;
   int index = 0;
   // The database's assembly, where instances are found.
   std::function<std::shared_ptr<odb_AssemblyData>()> assembly;

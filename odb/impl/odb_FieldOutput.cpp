@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "odb_Damage.h"
 #include "odb_FieldData.h"
 #include "odb_Message.h"
 #include "odb_Util.h"
@@ -57,8 +58,7 @@ const uti_LabelRow<odb_FieldOutputEnm> uti_LabelTable<odb_FieldOutputEnm, 1>::ro
      "set \"%4$s\" found in the target database.",
      "odb_FieldOutput_MSGID_21", odb_FieldOutput_TARGET_SECTION_POINT},
     {"Field not found:", "odb_FieldOutput_MSGID_22", odb_FieldOutput_NOT_FOUND},
-    {"Insufficient data sequences provided.", "odb_FieldOutput_MSGID_23",
-     odb_FieldOutput_FEW_DATA},
+    {"Insufficient data sequences provided.", "odb_FieldOutput_MSGID_23", odb_FieldOutput_FEW_DATA},
     {"Insufficient coordSystem sequences provided.", "odb_FieldOutput_MSGID_24",
      odb_FieldOutput_FEW_CSYS},
     {"Invalid invariant", "odb_FieldOutput_MSGID_25", odb_FieldOutput_BAD_INVARIANT},
@@ -96,19 +96,30 @@ int odb_FieldData::Width() const {
 
 void odb_FieldData::ReadBlocks() {
   if (blocksRead) return;
-  blocksRead = true;
-  if (!store || !id) return;
+  if (!store || !id) {
+    blocksRead = true;
+    return;
+  }
   std::shared_ptr<odb_AssemblyData> asm_ = assembly ? assembly() : nullptr;
   if (asm_) asm_->ReadInstances();
-  for (const store_FieldBlockRecord& b : store_FieldBlocks(*store, id)) {
+  // Nothing is kept from a read that fails: the next read fails the same way.
+  const std::string what = "the data of " + subject;
+  const std::vector<store_FieldBlockRecord> blocks =
+      odb_Reading(what, [&] { return store_FieldBlocks(*store, id); });
+  for (const store_FieldBlockRecord& b : blocks)
+    odb_CheckedCode(*store, b.position, odb_Enum::NODAL, odb_Enum::WHOLE_ELEMENT, what,
+                    "field_block", "position");
+  blocksRead = true;
+  for (const store_FieldBlockRecord& b : blocks) {
     std::shared_ptr<odb_SubFieldData> target;
     for (const auto& sub : subFields)
       if (sub->Holds(b)) target = sub;
     if (!target) {
       const odb_String instance = odb_FromText(b.instance);
       const bool known = asm_ && asm_->instances.isMember(instance);
-      target = odb_SubFieldData::FromBlock(b, type, known ? asm_->instances.get(instance)
-                                                          : odb_Instance(), store);
+      target = odb_SubFieldData::FromBlock(
+          b, type, known ? asm_->instances.get(instance) : odb_Instance(), store);
+      target->subject = what;
       target->Check(name, Width(), known);
       assemblyLevel = assemblyLevel || target->AssemblyLevel();
       subFields.push_back(target);

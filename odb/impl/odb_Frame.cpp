@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "odb_Damage.h"
 #include "odb_FieldData.h"
 #include "odb_FrameData.h"
 #include "odb_FrameFields.h"
@@ -92,6 +93,7 @@ std::shared_ptr<odb_FieldData> FieldOf(const odb_FrameFields& frame, const store
   data->id = r.id;
   data->stepId = frame.stepId;
   data->frameIndex = frame.frameIndex;
+  data->subject = "field " + odb_Quoted(data->name) + " in " + frame.subject;
   data->index = r.index;
   data->assembly = frame.assembly;
   return data;
@@ -131,12 +133,25 @@ odb_FrameFields& FieldsOfFrame(const std::shared_ptr<const odb_FrameData>& data)
 
 void odb_FrameFields::Read() {
   if (read) return;
-  read = true;
-  if (!store) return;
-  for (const store_FieldRecord& r : store_Fields(*store, stepId, frameIndex)) {
+  if (!store) {
+    read = true;
+    return;
+  }
+  // Nothing is kept from a read that fails: the next read fails the same way.
+  const std::string what = "the fields of " + subject;
+  const std::vector<store_FieldRecord> stored =
+      odb_Reading(what, [&] { return store_Fields(*store, stepId, frameIndex); });
+  // A data type this release does not know is refused when the values are read (FieldOf).
+  for (const store_FieldRecord& r : stored) {
+    for (int invariant : r.invariants)
+      odb_CheckedCode(*store, invariant, odb_Enum::MAGNITUDE, odb_Enum::OUTOFPLANE_PRINCIPAL, what,
+                      "field_output", "invariants");
+  }
+  for (const store_FieldRecord& r : stored) {
     fields.insert(odb_FromText(r.name), odb_FieldOutput(FieldOf(*this, r)));
     count = std::max(count, r.index + 1);
   }
+  read = true;
 }
 
 odb_FieldOutput& odb_FrameFields::Add(const odb_String& name, const odb_String& description,

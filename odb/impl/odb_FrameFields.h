@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include "odb_FieldOutput.h"
 #include "odb_StepRepository.h"
@@ -17,6 +18,8 @@ struct odb_FrameFields {
   std::int64_t stepId = 0;
   int frameIndex = 0;
   odb_StepRepository::AssemblyLookup assembly;
+  // "frame 3 of step 'LOAD'", for damage found in what the frame holds.
+  std::string subject;
 
   bool read = false;
   int count = 0;

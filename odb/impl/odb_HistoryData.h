@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "odb_HistoryOutput.h"
@@ -30,6 +31,8 @@ struct odb_HistoryOutputData {
   odb_Enum::odb_DataTypeEnum type = odb_Enum::SCALAR;
   // Attached outputs: the database and the series; detached ones have neither.
   std::shared_ptr<store_Database> store;
+  // "history output 'U1' of region 'R' in step 'S'", for damage found in its pairs.
+  std::string subject;
   std::shared_ptr<store_HistorySeries> series;
   // Detached outputs: their pairs and conjugate pairs.
   std::shared_ptr<const odb_HistoryPairs> pairs = std::make_shared<odb_HistoryPairs>();
@@ -44,6 +47,8 @@ struct odb_HistoryRegionData {
   // Attached regions: the database and the region's row; orphans have no store.
   std::shared_ptr<store_Database> store;
   std::int64_t id = 0;
+  // "region 'R' in step 'S'", for damage found in its outputs.
+  std::string subject;
   bool outputsRead = false;
   odb_HistoryOutputRepository outputs;
 

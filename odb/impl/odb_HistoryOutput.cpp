@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "odb_Damage.h"
 #include "odb_Exception.h"
 #include "odb_HistoryData.h"
 #include "odb_Message.h"
@@ -138,7 +139,8 @@ void odb_HistoryOutput::addData(const odb_SequenceSequenceFloat& pairs) {
 odb_HistoryData odb_HistoryOutput::data() const {
   if (!m_data->series) return View(m_data->pairs);
   auto pairs = std::make_shared<odb_HistoryPairs>();
-  m_data->series->Read(pairs->times, pairs->values);
+  odb_Reading("the data of " + m_data->subject,
+              [&] { m_data->series->Read(pairs->times, pairs->values); });
   return View(std::move(pairs));
 }
 

@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "odb_Damage.h"
 #include "odb_EntityData.h"
 #include "odb_Exception.h"
 #include "odb_HistoryData.h"
@@ -34,9 +35,11 @@ const char kNoElementNodal[] = "odb_Enum::ELEMENT_NODAL history not allowed.";
 const char kRequestFailed[] = "HistoryOutput request failed.";
 
 odb_HistoryOutput AttachedOutput(const std::shared_ptr<store_Database>& store,
-                                 const store_HistoryOutputRecord& record) {
+                                 const store_HistoryOutputRecord& record,
+                                 const std::string& region) {
   auto data = std::make_shared<odb_HistoryOutputData>();
   data->name = odb_FromText(record.name);
+  data->subject = "history output " + odb_Quoted(record.name) + " of " + region;
   data->description = odb_FromText(record.description);
   data->type = static_cast<odb_Enum::odb_DataTypeEnum>(record.type);
   data->store = store;
@@ -98,8 +101,14 @@ bool NeedsResultsSet(odb_Enum::odb_ResultPositionEnum position) {
 
 void odb_HistoryRegionData::ReadOutputs() {
   if (outputsRead || !store) return;
-  for (const store_HistoryOutputRecord& record : store_HistoryOutputs(*store, id))
-    outputs.insert(odb_FromText(record.name), AttachedOutput(store, record));
+  const std::string what = "the history outputs of " + subject;
+  const std::vector<store_HistoryOutputRecord> records =
+      odb_Reading(what, [&] { return store_HistoryOutputs(*store, id); });
+  for (const store_HistoryOutputRecord& record : records)
+    odb_CheckedCode(*store, record.type, odb_Enum::BOOLEAN, odb_Enum::QUATERNION_2D, what,
+                    "history_output", "type");
+  for (const store_HistoryOutputRecord& record : records)
+    outputs.insert(odb_FromText(record.name), AttachedOutput(store, record, subject));
   outputsRead = true;
 }
 
@@ -162,7 +171,7 @@ odb_HistoryOutput& odb_HistoryRegion::HistoryOutput(const odb_String& name,
     record.description = odb_ToText(description);
     record.type = type;
     store_AddHistoryOutput(store, d.id, record);
-    d.outputs.insert(name, AttachedOutput(d.store, record));
+    d.outputs.insert(name, AttachedOutput(d.store, record, d.subject));
   } catch (const store_Error&) {
     odb_ThrowMessage(kRequestFailed, kSource, 144);
   }
@@ -205,8 +214,20 @@ odb_HistoryRegion odb_HistoryRegion::Subset(double start, double end, bool bound
 void odb_ReadHistoryRegions(odb_StepData& step) {
   if (step.historyRegionsRead) return;
   if (step.store) {
-    for (const store_HistoryRegionRecord& record : store_HistoryRegions(*step.store, step.id)) {
+    const std::string what = step.Subject("history regions");
+    const std::vector<store_HistoryRegionRecord> records =
+        odb_Reading(what, [&] { return store_HistoryRegions(*step.store, step.id); });
+    for (const store_HistoryRegionRecord& record : records) {
+      const store_HistoryPointRecord& p = record.point;
+      // An unknown position is refused by the point itself, with its own message.
+      odb_CheckedCode(*step.store, p.face, odb_Enum::FACE_UNKNOWN, odb_Enum::END3, what,
+                      "history_region", "face");
+      odb_CheckedCode(*step.store, p.setKind, odb_Set::NODE_SET, odb_Set::SURFACE_SET, what,
+                      "history_region", "set_kind");
+    }
+    for (const store_HistoryRegionRecord& record : records) {
       auto data = std::make_shared<odb_HistoryRegionData>();
+      data->subject = "region " + odb_Quoted(record.name) + " in step " + odb_Quoted(step.name);
       data->name = odb_FromText(record.name);
       data->description = odb_FromText(record.description);
       data->point = odb_HistoryPointAccess::FromRecord(record.point);
@@ -269,6 +290,7 @@ odb_HistoryRegion& odb_AddHistoryRegion(odb_StepData& step, const odb_String& na
   data->description = description.Empty() ? data->point.description() : description;
   data->loadCase = loadCase;
   data->store = step.store;
+  data->subject = "region " + odb_Quoted(data->name) + " in step " + odb_Quoted(step.name);
   store_HistoryRegionRecord record;
   record.name = odb_ToText(data->name);
   record.description = odb_ToText(data->description);

@@ -3,6 +3,7 @@
 #include <memory>
 #include <utility>
 
+#include "odb_Damage.h"
 #include "odb_Exception.h"
 #include "odb_MaterialData.h"
 #include "odb_Message.h"
@@ -22,24 +23,30 @@ odb_MaterialRepository::odb_MaterialRepository(std::shared_ptr<store_Database> s
 
 void odb_MaterialRepository::Load() {
   if (!m_store) return;
-  // Elasticity counts as given only when both of its constants are.
-  store_Statement q = m_store->Sql(
-      "SELECT id, name, youngs_modulus IS NOT NULL AND poissons_ratio IS NOT NULL, "
-      "coalesce(youngs_modulus, 0), coalesce(poissons_ratio, 0), density IS NOT NULL, "
-      "coalesce(density, 0) FROM material");
-  while (q.Step()) {
-    const odb_String name = odb_FromText(q.Text(1));
-    if (isMember(name)) continue;
-    auto data = std::make_shared<odb_MaterialData>();
-    data->store = m_store;
-    data->id = q.Int64(0);
-    data->name = name;
-    data->hasElastic = q.Int(2) != 0;
-    data->youngsModulus = q.Double(3);
-    data->poissonsRatio = q.Double(4);
-    data->hasDensity = q.Int(5) != 0;
-    data->density = q.Double(6);
-    insert(name, odb_Material(std::move(data)));
+  std::vector<std::shared_ptr<odb_MaterialData>> found;
+  odb_Reading("the materials", [&] {
+    // Elasticity counts as given only when both of its constants are.
+    store_Statement q = m_store->Sql(
+        "SELECT id, name, youngs_modulus IS NOT NULL AND poissons_ratio IS NOT NULL, "
+        "coalesce(youngs_modulus, 0), coalesce(poissons_ratio, 0), density IS NOT NULL, "
+        "coalesce(density, 0) FROM material");
+    while (q.Step()) {
+      q.RequireNotNull("material", {"id", "name"});
+      auto data = std::make_shared<odb_MaterialData>();
+      data->store = m_store;
+      data->id = q.Int64(0);
+      data->name = odb_FromText(q.Text(1));
+      data->hasElastic = q.Int(2) != 0;
+      data->youngsModulus = q.Double(3);
+      data->poissonsRatio = q.Double(4);
+      data->hasDensity = q.Int(5) != 0;
+      data->density = q.Double(6);
+      found.push_back(std::move(data));
+    }
+  });
+  for (std::shared_ptr<odb_MaterialData>& data : found) {
+    const odb_String name = data->name;
+    if (!isMember(name)) insert(name, odb_Material(std::move(data)));
   }
 }
 

@@ -6,6 +6,7 @@
 
 #include <vector>
 
+#include "odb_Damage.h"
 #include "odb_Exception.h"
 #include "odb_Exceptions.h"
 #include "odb_LockFile.h"
@@ -276,17 +277,20 @@ odb_Odb& openOdb(const odb_String& name, const odb_String& path, bool readOnly) 
     readOnly = true;
     if (locked) registry.RemoveLock(absolute);
   }
-  if (!file) {
-    try {
-      file = store_Database::Open(absolute.CStr(), readOnly);
-    } catch (const store_Error& e) {
-      if (locked) registry.RemoveLock(absolute);
-      Throw(odb_OdbRepository_CANNOT_OPEN, 288, {absolute, e.what()});
-    }
-    registry.AddOpenFile(absolute, file);
+  const bool opened = !file;
+  odb_String title, description;
+  try {
+    if (opened) file = store_Database::Open(absolute.CStr(), readOnly);
+    odb_Reading("the header", [&] {
+      title = odb_FromText(file->ModelTitle("Default Model"));
+      description = odb_FromText(file->Header("description"));
+    });
+  } catch (const store_Error& e) {
+    if (opened && file) file->Close();
+    if (locked) registry.RemoveLock(absolute);
+    Throw(odb_OdbRepository_CANNOT_OPEN, 288, {absolute, e.what()});
   }
-  odb_String title = odb_FromText(file->ModelTitle("Default Model"));
-  odb_String description = odb_FromText(file->Header("description"));
+  if (opened) registry.AddOpenFile(absolute, file);
   // Each name gets a view of the file: closing one name closes only its view, and a read-only
   // name refuses every write even on the connection of a writer in this process.
   registry.insert(key, odb_Odb(key, title, description, absolute, file->View(readOnly), readOnly));

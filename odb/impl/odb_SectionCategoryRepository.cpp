@@ -5,6 +5,7 @@
 #include <memory>
 #include <utility>
 
+#include "odb_Damage.h"
 #include "odb_Exception.h"
 #include "odb_Message.h"
 #include "odb_SectionCategoryData.h"
@@ -17,6 +18,36 @@ namespace {
 
 const char kSource[] = "odb/impl/odb_SectionCategoryRepository";
 
+using Categories = std::map<std::int64_t, std::shared_ptr<odb_SectionCategoryData>>;
+
+// The stored categories with their points, by id.
+Categories ReadStored(const std::shared_ptr<store_Database>& store) {
+  Categories found;
+  {
+    store_Statement q = store->Sql("SELECT id, name, description FROM section_category");
+    while (q.Step()) {
+      q.RequireNotNull("section_category", {"id", "name", "description"});
+      auto data = std::make_shared<odb_SectionCategoryData>();
+      data->store = store;
+      data->id = q.Int64(0);
+      data->name = odb_FromText(q.Text(1));
+      data->description = odb_FromText(q.Text(2));
+      found.emplace(data->id, std::move(data));
+    }
+  }
+  if (found.empty()) return found;
+  // All points in one walk of the table's key order, which is by category, then by number.
+  store_Statement q =
+      store->Sql("SELECT category_id, number, description FROM section_point ORDER BY 1, 2");
+  while (q.Step()) {
+    q.RequireNotNull("section_point", {"category_id", "number", "description"});
+    auto category = found.find(q.Int64(0));
+    if (category != found.end())
+      category->second->points.append(odb_SectionPoint(q.Int(1), odb_FromText(q.Text(2))));
+  }
+  return found;
+}
+
 }  // namespace
 
 odb_SectionCategoryRepository::odb_SectionCategoryRepository(std::shared_ptr<store_Database> store)
@@ -24,28 +55,11 @@ odb_SectionCategoryRepository::odb_SectionCategoryRepository(std::shared_ptr<sto
 
 void odb_SectionCategoryRepository::Load() {
   if (!m_store) return;
-  std::map<std::int64_t, std::shared_ptr<odb_SectionCategoryData>> found;
-  {
-    store_Statement q = m_store->Sql("SELECT id, name, description FROM section_category");
-    while (q.Step()) {
-      auto data = std::make_shared<odb_SectionCategoryData>();
-      data->store = m_store;
-      data->id = q.Int64(0);
-      data->name = odb_FromText(q.Text(1));
-      data->description = odb_FromText(q.Text(2));
-      if (!isMember(data->name)) found.emplace(data->id, std::move(data));
-    }
-  }
-  if (found.empty()) return;
-  // All points in one walk of the table's key order, which is by category, then by number.
-  store_Statement q =
-      m_store->Sql("SELECT category_id, number, description FROM section_point ORDER BY 1, 2");
-  while (q.Step()) {
-    auto category = found.find(q.Int64(0));
-    if (category != found.end())
-      category->second->points.append(odb_SectionPoint(q.Int(1), odb_FromText(q.Text(2))));
-  }
-  for (auto& entry : found) insert(entry.second->name, odb_SectionCategory(entry.second));
+  const Categories found =
+      odb_Reading("the section categories", [&] { return ReadStored(m_store); });
+  for (const auto& entry : found)
+    if (!isMember(entry.second->name))
+      insert(entry.second->name, odb_SectionCategory(entry.second));
 }
 
 odb_SectionCategory& odb_SectionCategoryRepository::SectionCategory(const odb_String& name,

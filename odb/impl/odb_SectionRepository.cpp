@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "odb_Damage.h"
 #include "odb_Exception.h"
 #include "odb_Message.h"
 #include "odb_SectionData.h"
@@ -57,22 +58,32 @@ odb_SectionRepository::odb_SectionRepository(std::shared_ptr<store_Database> sto
 
 void odb_SectionRepository::Load() {
   if (!m_store) return;
-  store_Statement q = m_store->Sql(
-      "SELECT name, kind, material, coalesce(thickness, 0), coalesce(integration_points, 0), "
-      "profile, dimensions FROM section");
-  while (q.Step()) {
-    const odb_String name = odb_FromText(q.Text(0));
-    if (isMember(name)) continue;
-    if (q.Bytes(6) % 8 != 0) Throw(odb_Section_DAMAGED_DIMENSIONS, 66, {name});
-    auto data = std::make_shared<odb_SectionData>();
-    data->name = name;
-    data->kind = static_cast<odb_Section::Kind>(q.Int(1));
-    data->material = odb_FromText(q.Text(2));
-    data->thickness = q.Double(3);
-    data->integrationPoints = q.Int(4);
-    data->profile = odb_FromText(q.Text(5));
-    data->dimensions = DimensionsOf(q.Blob(6), q.Bytes(6));
-    insert(name, odb_Section(std::move(data)));
+  const char* what = "the sections";
+  std::vector<std::shared_ptr<odb_SectionData>> found;
+  odb_Reading(what, [&] {
+    store_Statement q = m_store->Sql(
+        "SELECT name, kind, material, coalesce(thickness, 0), coalesce(integration_points, 0), "
+        "profile, dimensions FROM section");
+    while (q.Step()) {
+      q.RequireNotNull("section", {"name", "kind", "material"});
+      const odb_String name = odb_FromText(q.Text(0));
+      if (q.Bytes(6) % 8 != 0) Throw(odb_Section_DAMAGED_DIMENSIONS, 66, {name});
+      auto data = std::make_shared<odb_SectionData>();
+      data->name = name;
+      data->kind = static_cast<odb_Section::Kind>(
+          odb_CheckedCode(*m_store, q.Int(1), odb_Section::HOMOGENEOUS_SOLID, odb_Section::BEAM,
+                          what, "section", "kind"));
+      data->material = odb_FromText(q.Text(2));
+      data->thickness = q.Double(3);
+      data->integrationPoints = q.Int(4);
+      data->profile = odb_FromText(q.Text(5));
+      data->dimensions = DimensionsOf(q.Blob(6), q.Bytes(6));
+      found.push_back(std::move(data));
+    }
+  });
+  for (std::shared_ptr<odb_SectionData>& data : found) {
+    const odb_String name = data->name;
+    if (!isMember(name)) insert(name, odb_Section(std::move(data)));
   }
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "odb_Damage.h"
 #include "odb_Exception.h"
 #include "odb_FrameData.h"
 #include "odb_HistoryData.h"
@@ -25,8 +26,8 @@ namespace {
 
 const char* const kSource = "odb/impl/odb_Step";
 
-// A domain number this release does not know (a newer or damaged file) reads as TIME, the one
-// domain whose frames need nothing beyond their value.
+// The step repository refuses a stored domain out of range before it makes the step; a record
+// from elsewhere reads as TIME, the one domain whose frames need nothing beyond their value.
 odb_Enum::odb_DomainEnum DomainOf(int stored) {
   return stored >= odb_Enum::TIME && stored <= odb_Enum::MODAL
              ? static_cast<odb_Enum::odb_DomainEnum>(stored)
@@ -91,21 +92,27 @@ std::shared_ptr<odb_FrameFields> odb_StepData::FieldsOf(int frameIndex) const {
     fields->store = store;
     fields->stepId = id;
     fields->frameIndex = frameIndex;
+    fields->subject = "frame " + std::to_string(frameIndex) + " of step " + odb_Quoted(name);
     fields->assembly = assembly;
     frameFields[at] = fields;
   }
   return frameFields[at];
 }
 
+std::string odb_StepData::Subject(const char* what) const {
+  return std::string("the ") + what + " of step " + odb_Quoted(name);
+}
+
 void odb_StepData::ReadFrames() {
   if (framesRead) return;
-  if (store) frames = store->Frames(id);
+  if (store) frames = odb_Reading(Subject("frames"), [&] { return store->Frames(id); });
   framesRead = true;
 }
 
 bool odb_StepData::ReadNewFrames() {
   if (!framesRead || !store) return false;
-  std::vector<store_FrameRecord> more = store->Frames(id, static_cast<int>(frames.size()));
+  std::vector<store_FrameRecord> more = odb_Reading(
+      Subject("frames"), [&] { return store->Frames(id, static_cast<int>(frames.size())); });
   for (store_FrameRecord& record : more) frames.push_back(std::move(record));
   return !more.empty();
 }
@@ -113,7 +120,8 @@ bool odb_StepData::ReadNewFrames() {
 bool odb_StepData::ReadLoadCases() {
   bool found = false;
   if (store) {
-    for (const std::string& name : store->LoadCases(id)) {
+    for (const std::string& name :
+         odb_Reading(Subject("load cases"), [&] { return store->LoadCases(id); })) {
       const odb_String key = odb_FromText(name);
       if (loadCases.insert(key, odb_LoadCase(key))) found = true;
     }

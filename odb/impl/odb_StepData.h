@@ -48,6 +48,8 @@ struct odb_StepData {
                odb_StepRepository::AssemblyLookup assembly = {});
 
   // Reads all frame records once; later calls do nothing.
+  // "the WHAT of step 'NAME'", for damage found while reading them.
+  std::string Subject(const char* what) const;
   void ReadFrames();
   // Reads the frame records beyond those held; true when there were any. Only once read.
   bool ReadNewFrames();

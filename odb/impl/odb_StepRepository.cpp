@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "odb_Damage.h"
 #include "odb_Exception.h"
 #include "odb_Message.h"
 #include "odb_StepData.h"
@@ -34,6 +35,15 @@ void RefuseEmptyName(const odb_String& name, int site) {
     odb_ThrowMessage(odb_CatalogueMessage(odb_StepRepository_INVALID_NAME), kSource, site);
 }
 
+// The stored steps, refused when damaged.
+std::vector<store_StepRecord> StoredSteps(store_Database& store) {
+  const char* subject = "the steps";
+  std::vector<store_StepRecord> steps = odb_Reading(subject, [&] { return store.Steps(); });
+  for (const store_StepRecord& step : steps)
+    odb_CheckedCode(store, step.domain, odb_Enum::TIME, odb_Enum::MODAL, subject, "step", "domain");
+  return steps;
+}
+
 }  // namespace
 
 odb_StepRepository::odb_StepRepository(std::shared_ptr<store_Database> store,
@@ -42,9 +52,10 @@ odb_StepRepository::odb_StepRepository(std::shared_ptr<store_Database> store,
 
 void odb_StepRepository::Load() {
   if (!m_store) return;
-  for (const store_StepRecord& record : m_store->Steps()) {
+  for (const store_StepRecord& record : StoredSteps(*m_store)) {
     const odb_String name = odb_FromText(record.name);
-    if (!isMember(name)) append(name, odb_Step(std::make_shared<odb_StepData>(m_store, record, m_assembly)));
+    if (!isMember(name))
+      append(name, odb_Step(std::make_shared<odb_StepData>(m_store, record, m_assembly)));
   }
 }
 
@@ -73,7 +84,7 @@ bool odb_StepRepository::Update() {
   if (!m_store) return false;
   bool found = false;
   // A stored step carries its own previous step's name, so the walk needs no running one.
-  for (const store_StepRecord& record : m_store->Steps()) {
+  for (const store_StepRecord& record : StoredSteps(*m_store)) {
     const odb_String name = odb_FromText(record.name);
     if (!isMember(name)) {
       append(name, odb_Step(std::make_shared<odb_StepData>(m_store, record, m_assembly)));

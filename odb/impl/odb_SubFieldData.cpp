@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "odb_Damage.h"
 #include "odb_EntityData.h"
 #include "odb_Message.h"
 #include "odb_Util.h"
@@ -275,7 +276,9 @@ void odb_SubFieldData::CheckArrays(const store_FieldBlockRecord& b) const {
 void odb_SubFieldData::Load() {
   if (unread.empty()) return;
   Refuse(odb_SubFieldView::VALUES);
-  for (const store_FieldBlockRecord& b : unread) CheckArrays(b);
+  odb_Reading(subject, [&] {
+    for (const store_FieldBlockRecord& b : unread) CheckArrays(b);
+  });
   std::size_t labelCount = labels.size();
   for (const store_FieldBlockRecord& b : unread) labelCount += b.count;
   const std::size_t locations = labelCount * perLabel;
@@ -284,15 +287,27 @@ void odb_SubFieldData::Load() {
   data.Resize(locations * width);
   if (complex) conjugate.Resize(locations * width);
   if (orientationWidth) orientation.Resize(locations * orientationWidth);
-  for (const store_FieldBlockRecord& b : unread) {
-    const std::size_t n = static_cast<std::size_t>(b.count) * perLabel;
-    store->GetArray(b.labels, labels.data() + label);
-    store->GetArray(b.data, data.data() + location * width);
-    if (complex) store->GetArray(b.conjugate, conjugate.data() + location * width);
-    if (orientationWidth)
-      store->GetArray(b.orientation, orientation.data() + location * orientationWidth);
-    label += b.count;
-    location += n;
+  const std::size_t labelsBefore = label, locationsBefore = location;
+  try {
+    odb_Reading(subject, [&] {
+      for (const store_FieldBlockRecord& b : unread) {
+        const std::size_t n = static_cast<std::size_t>(b.count) * perLabel;
+        store->GetArray(b.labels, labels.data() + label);
+        store->GetArray(b.data, data.data() + location * width);
+        if (complex) store->GetArray(b.conjugate, conjugate.data() + location * width);
+        if (orientationWidth)
+          store->GetArray(b.orientation, orientation.data() + location * orientationWidth);
+        label += b.count;
+        location += n;
+      }
+    });
+  } catch (...) {
+    // Back to what was read before: the blocks stay unread, and the next use fails again.
+    labels.Resize(labelsBefore);
+    data.Resize(locationsBefore * width);
+    if (complex) conjugate.Resize(locationsBefore * width);
+    if (orientationWidth) orientation.Resize(locationsBefore * orientationWidth);
+    throw;
   }
   unread.clear();
   m_unreadLocations = 0;

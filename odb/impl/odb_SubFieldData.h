@@ -97,6 +97,8 @@ struct odb_SubFieldData {
 
   // Stored blocks not read yet (empty once read, and for sub-fields made in memory).
   std::shared_ptr<store_Database> store;
+  // "the data of field 'S' in frame 3 of step 'LOAD'", for damage found in its arrays.
+  std::string subject;
   std::vector<store_FieldBlockRecord> unread;
 
   // The contents, valid after Load(): one label per element (node), `perLabel` locations each.

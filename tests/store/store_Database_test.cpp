@@ -207,6 +207,41 @@ TEST(StoreDatabase, SmallFilesAreKeptInSmallPagesAndLargeOnesInLargePages) {
   EXPECT_TRUE(std::equal(back.begin(), back.begin() + 1000, bytes.begin()));
 }
 
+// A damaged small file is not rewritten in other pages: that would give its damage fresh
+// checksums.
+TEST(StoreDatabase, ADamagedSmallFileKeepsItsPagesAndItsDamage) {
+  TempDir dir;
+  const std::string path = dir.file("a.odb");
+  std::vector<unsigned char> bytes(3000, 7);
+  std::int64_t id = 0;
+  {
+    auto db = store_Database::Create(path);
+    id = db->PutArray("small", bytes.data(), bytes.size());
+    db->Commit();
+  }
+  ASSERT_EQ(PageSizeOf(path), 1024);
+  const auto size = std::filesystem::file_size(path);
+  {
+    std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+    file.seekp(static_cast<std::streamoff>(size - 1024 + 100));  // inside the last page
+    file.put('\x55');
+  }
+  try {
+    auto db = store_Database::Open(path, false);
+    db->GetArray(id, bytes.data());
+  } catch (const store_Error&) {
+  }
+  EXPECT_EQ(PageSizeOf(path), 1024) << "the damaged file was rewritten";
+  EXPECT_THROW(
+      {
+        auto db = store_Database::Open(path, true);
+        std::vector<unsigned char> back(bytes.size());
+        db->GetArray(id, back.data());
+        db->Sql("PRAGMA integrity_check").Step();
+      },
+      store_Error);
+}
+
 TEST(StoreDatabase, CreateRefusesMissingOrNonFolders) {
   TempDir dir;
   auto reason = [](const std::string& path) {

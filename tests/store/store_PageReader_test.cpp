@@ -13,6 +13,7 @@
 
 #include "TempDir.h"
 #include "store_Database.h"
+#include "store_PageChecksum.h"
 #include "store_SharedFile.h"
 
 namespace {
@@ -91,7 +92,8 @@ TEST(StorePageReader, ReadsBlobsOfEveryShapeAsSqliteDoes) {
   const std::string freedPath = freed.file("c.odb");
   const std::vector<std::int64_t> ids = WriteArrays(freedPath, {300000, 300000, 300000});
   sqlite3* db = nullptr;
-  ASSERT_EQ(sqlite3_open(freedPath.c_str(), &db), SQLITE_OK);
+  ASSERT_EQ(sqlite3_open_v2(freedPath.c_str(), &db, SQLITE_OPEN_READWRITE, store_ChecksumVfs()),
+            SQLITE_OK);
   const std::string refill = "DELETE FROM array_chunk WHERE array_id IN (" +
                              std::to_string(ids[0]) + ", " + std::to_string(ids[2]) +
                              "); INSERT INTO array_chunk VALUES (99, 0, randomblob(600000));";
@@ -170,7 +172,8 @@ TEST(StorePageReader, ReadersOfAFileWithLoggedPagesReadThroughSqlite) {
   if (child == 0) {
     // An earlier release's writer: log mode, a committed change in the log, then killed.
     sqlite3* db = nullptr;
-    sqlite3_open(path.c_str(), &db);
+    sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE,
+                    store_ChecksumVfs());
     sqlite3_exec(db, "PRAGMA journal_mode=WAL; PRAGMA wal_autocheckpoint=0", 0, 0, 0);
     sqlite3_stmt* update = nullptr;
     sqlite3_prepare_v2(db, "UPDATE array_chunk SET data = ?1 WHERE array_id = ?2", -1, &update,

@@ -9,6 +9,7 @@
 #include "odb_Exceptions.h"
 #include "odb_Upgrade.h"
 #include "store_Database.h"
+#include "store_PageChecksum.h"
 
 namespace {
 
@@ -86,7 +87,8 @@ void upgradeOdb(const odb_String& oldPath, const odb_String& newPath) {
                              std::filesystem::copy_options::overwrite_existing, error);
   if (error) CannotConvert(oldPath, error.message(), 77);
   sqlite3* db = nullptr;
-  if (sqlite3_open_v2(newPath.CStr(), &db, SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK) {
+  if (sqlite3_open_v2(newPath.CStr(), &db, SQLITE_OPEN_READWRITE, store_ChecksumVfs()) !=
+      SQLITE_OK) {
     std::string why = sqlite3_errmsg(db);
     sqlite3_close(db);
     CannotConvert(oldPath, why, 83);

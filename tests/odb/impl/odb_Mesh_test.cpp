@@ -2,6 +2,7 @@
 #include <sqlite3.h>
 
 #include "MeshFile.h"
+#include "store_PageChecksum.h"
 
 using Mesh = MeshFile;
 
@@ -107,7 +108,9 @@ TEST_F(Model, StoredSetsOfAnUnknownKindAreRefused) {
   saveOdb(*m_odb);
   closeOdb(*m_odb);
   sqlite3* db = nullptr;
-  ASSERT_EQ(sqlite3_open(m_path.c_str(), &db), SQLITE_OK);
+  ASSERT_EQ(sqlite3_open_v2(m_path.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE,
+                            store_ChecksumVfs()),
+            SQLITE_OK);
   ASSERT_EQ(sqlite3_exec(db, "UPDATE mesh_set SET kind = 9", nullptr, nullptr, nullptr), SQLITE_OK);
   sqlite3_close(db);
   odb_Odb& odb = openOdb(m_path.c_str(), true);

@@ -11,6 +11,7 @@
 
 #include "FieldFile.h"
 #include "store_Database.h"
+#include "store_PageChecksum.h"
 
 namespace {
 
@@ -148,7 +149,9 @@ TEST_F(Handles, ArchivedFileReadsFromAFolderNobodyCanWriteAndLeavesNothingThere)
   std::filesystem::copy_file(m_path, legacy + "/a.odb");
   // A file an earlier release wrote is in write-ahead-log mode, closed cleanly.
   sqlite3* db = nullptr;
-  ASSERT_EQ(sqlite3_open((legacy + "/a.odb").c_str(), &db), SQLITE_OK);
+  ASSERT_EQ(sqlite3_open_v2((legacy + "/a.odb").c_str(), &db,
+                            SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, store_ChecksumVfs()),
+            SQLITE_OK);
   ASSERT_EQ(sqlite3_exec(db, "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr), SQLITE_OK);
   sqlite3_close(db);
   for (const std::string& folder : {archive, legacy}) {

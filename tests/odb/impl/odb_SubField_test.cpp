@@ -7,6 +7,7 @@
 #include "ThrownMessage.h"
 #include "odb_API.h"
 #include "odb_EnumMap.h"
+#include "store_PageChecksum.h"
 
 // Files whose field rows were edited behind the library's back, as another program or a damaged
 // disk could leave them: the reader refuses each bad sub-field with its own message and still
@@ -18,7 +19,9 @@ class StoredBlocks : public FieldFile {
     saveOdb(*m_odb);
     closeOdb(*m_odb);
     sqlite3* db = nullptr;
-    ASSERT_EQ(sqlite3_open(m_path.c_str(), &db), SQLITE_OK);
+    ASSERT_EQ(sqlite3_open_v2(m_path.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE,
+                              store_ChecksumVfs()),
+              SQLITE_OK);
     char* error = nullptr;
     const int rc = sqlite3_exec(db, sql.c_str(), nullptr, nullptr, &error);
     const std::string text = error ? error : "";

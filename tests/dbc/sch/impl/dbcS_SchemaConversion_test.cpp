@@ -1,11 +1,14 @@
 #include "dbcS_SchemaConversion.h"
 
+#include <sqlite3.h>
+
 #include <fstream>
 
 #include "OdbSession.h"
 #include "odb_OdbRepository.h"
 #include "odb_Upgrade.h"
 #include "store_Database.h"
+#include "store_PageChecksum.h"
 
 namespace {
 
@@ -14,10 +17,11 @@ using Upgrade = OdbSession;
 std::string OldFile(const TempDir& dir) {
   std::string path = dir.file("old.odb");
   closeOdb(Odb("", "", "", path.c_str()));
-  std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
-  file.seekp(60);
-  const char version332[] = {0, 0, 1, 76};
-  file.write(version332, 4);
+  // Through the checksum VFS, so that the first page keeps a checksum that matches.
+  sqlite3* db = nullptr;
+  sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READWRITE, store_ChecksumVfs());
+  sqlite3_exec(db, "PRAGMA user_version = 332", nullptr, nullptr, nullptr);
+  sqlite3_close(db);
   return path;
 }
 
