@@ -33,8 +33,10 @@
 // before a failure took the database back to its last save: reach it again from the database.".
 // Reach them again from this object, which stays valid. Once the cause is gone (space freed, a
 // passing error) writes and saves work again, and a save writes exactly what the database then
-// shows. A save that failed only because readers in other processes kept the file locked takes
-// nothing back: what was written waits for the next save, and the warning says so.
+// shows. Two failures take nothing back, and their warnings say so: a save that readers in
+// other processes kept waiting (what was written waits for the next save), and one that failed
+// at its very last step, the disk's confirmation that the emptied journal is on it, after a
+// second attempt failed too (the file holds the save, and the next save confirms it).
 #ifndef ODB_ODB_H
 #define ODB_ODB_H
 

@@ -289,9 +289,9 @@ std::shared_ptr<store_Database> store_Database::Create(const std::string& path) 
 
 void store_Database::StartWriting() {
   Execute(store_kWriterPragmas);
-  Execute("BEGIN IMMEDIATE");
+  const int rc = m_conn->Begin();
+  if (rc != SQLITE_OK) throw store_Error(store_Reason(rc, sqlite3_errmsg(m_conn->db)) + ".");
   m_conn->writer = true;
-  m_conn->inTransaction = true;
 }
 
 std::shared_ptr<store_Database> store_Database::Open(const std::string& path, bool readOnly) {

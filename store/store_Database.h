@@ -51,19 +51,24 @@ class store_Error : public odb_Exception {
   explicit store_Error(const std::string& reason)
       : odb_Exception(odb_Exceptions_DETAIL, odb_String(), odb_String(reason.c_str())) {}
   // A failure of SQLite or the disk: `cause` says what failed in words for users ("the disk is
-  // full"); `discarded` when what was written since the last commit went with it.
-  store_Error(const std::string& reason, const std::string& cause, bool discarded)
+  // full"); `discarded` when what was written since the last commit went with it; `unconfirmed`
+  // for a commit that put the save in the file but whose last step the disk did not confirm.
+  store_Error(const std::string& reason, const std::string& cause, bool discarded,
+              bool unconfirmed = false)
       : store_Error(reason) {
     m_cause = cause;
     m_discarded = discarded;
+    m_unconfirmed = unconfirmed;
   }
   // Empty for errors that are not failures of the file.
   const std::string& Cause() const { return m_cause; }
   bool Discarded() const { return m_discarded; }
+  bool Unconfirmed() const { return m_unconfirmed; }
 
  private:
   std::string m_cause;
   bool m_discarded = false;
+  bool m_unconfirmed = false;
 };
 
 // The schema version of the files this release writes (PRAGMA user_version).
@@ -142,8 +147,12 @@ class store_Database {
 
   // Makes everything written since the last commit durable (on disk when it returns) and starts
   // the next transaction, flushing the deferred writers first. Refused on a read-only database.
-  // A failure throws store_Error; when it Discarded() the file is as last committed (see above),
-  // otherwise (the file stayed locked by readers) everything is kept for the next Commit.
+  // A failure throws store_Error; when it Discarded() the file is as last committed (see above).
+  // A commit that failed only at its last step (the sync of its emptied journal) has put the
+  // save in the file: it is committed once more to have it confirmed, and if that fails too the
+  // error is Unconfirmed(): the file and the objects that wrote it hold the save, which the
+  // next Commit makes sure of. Otherwise (the file stayed locked by readers) everything is kept
+  // for the next Commit.
   void Commit();
   // Discards what was written since the last commit, deferred writes included.
   void Rollback();
@@ -217,6 +226,9 @@ class store_Database {
   void Execute(const char* sql);
   // The writer's transaction, begun when a failure left none; throws when it cannot be.
   void RequireTransaction(Shared& conn);
+  // After a commit that failed (with `rc`) once its journal was emptied: commits once more to
+  // have the save confirmed on disk, and throws an Unconfirmed() error when that fails too.
+  void ConfirmSave(Shared& conn, int rc);
   void RequireWritable(const char* what) const;
   void DiscardDeferred();
   // The open connection; throws "The database is closed." once it is closed.

@@ -27,6 +27,10 @@ struct store_Database::Shared {
   bool inTransaction = false;
   // Transactions lost to a failure so far; views made before the last one are retired.
   std::uint64_t losses = 0;
+  // The file's change counter (header offset 24) as the last commit left it on disk, read when
+  // the transaction began; every commit changes it.
+  std::uint32_t committedCounter = 0;
+  bool counterKnown = false;
   std::unique_ptr<store_StatementCache> cache;
   std::vector<std::shared_ptr<store_Deferred>> deferred;
   std::thread sync;  // the sync of the file in flight, if any
@@ -46,8 +50,11 @@ struct store_Database::Shared {
   // Discards what was written since the last commit and closes the connection (in
   // store_Database.cpp, beside the page size rules it applies).
   void Close();
-  // Begins the writer's next transaction; the result of BEGIN.
+  // Begins the writer's next transaction, noting the file's change counter; the result of BEGIN.
   int Begin();
+  // True when a commit that failed has put the save in the file all the same: it emptied its
+  // journal (its last step), and the file's change counter is no longer the last commit's.
+  bool Landed(const std::string& path) const;
   // True when the failure `rc` of a statement broke the writer's transaction: SQLite rolled it
   // back (it does for most I/O errors), or an I/O error or a full disk left it in a state the
   // store does not trust to commit.

@@ -1,6 +1,11 @@
 // store_Database: its transactions, and what a failure of the file does to them (see the
 // header's "Failures of the disk").
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cctype>
+#include <cerrno>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -16,12 +21,41 @@ const char kRetired[] =
 const char kLostUnseen[] =
     "The database went back to its last save: what was written since is discarded.";
 
+// True when the journal beside the file at `path` is empty or gone: a commit empties it last.
+bool JournalEmptied(const std::string& path) {
+  struct stat st;
+  if (::stat((path + "-journal").c_str(), &st) != 0) return errno == ENOENT;
+  return st.st_size == 0;
+}
+
+// The change counter in the header of the file open on `fd` (big-endian, at offset 24).
+bool ReadChangeCounter(int fd, std::uint32_t& counter) {
+  unsigned char bytes[4];
+  if (fd < 0 || ::pread(fd, bytes, sizeof bytes, 24) != static_cast<ssize_t>(sizeof bytes))
+    return false;
+  counter = (std::uint32_t(bytes[0]) << 24) | (std::uint32_t(bytes[1]) << 16) |
+            (std::uint32_t(bytes[2]) << 8) | bytes[3];
+  return true;
+}
+
 }  // namespace
 
 int store_Database::Shared::Begin() {
   int rc = sqlite3_exec(db, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
   inTransaction = rc == SQLITE_OK;
+  // Once begun, the file on disk is as the last commit left it (a hot journal is rolled back
+  // first).
+  counterKnown = inTransaction && file && ReadChangeCounter(file->Descriptor(), committedCounter);
   return rc;
+}
+
+bool store_Database::Shared::Landed(const std::string& path) const {
+  // A commit that fails before it empties its journal is rolled back from it, by SQLite at once
+  // or at the next statement; one that SQLite rolled back cleanly empties the journal too, but
+  // leaves the last commit's counter.
+  std::uint32_t now = 0;
+  return counterKnown && JournalEmptied(path) && file &&
+         ReadChangeCounter(file->Descriptor(), now) && now != committedCounter;
 }
 
 bool store_Database::Shared::Breaks(int rc) const {
@@ -122,6 +156,10 @@ void store_Database::Commit() {
   // puts back every page the save changed); one that readers kept waiting keeps its
   // transaction, to be committed by the next save.
   int rc = sqlite3_exec(conn.db, "COMMIT", nullptr, nullptr, nullptr);
+  if ((rc & 0xff) == SQLITE_IOERR && conn.Landed(m_path)) {
+    ConfirmSave(conn, rc);
+    return;
+  }
   if (rc != SQLITE_OK) Fail(rc, "save");
   conn.inTransaction = false;
   // The save is done even if the next transaction cannot begin now: the next statement begins it.
@@ -135,4 +173,30 @@ void store_Database::Rollback() {
   if (!sqlite3_get_autocommit(conn.db)) Execute("ROLLBACK");
   conn.inTransaction = false;
   RequireTransaction(conn);
+}
+
+void store_Database::ConfirmSave(Shared& conn, int rc) {
+  sqlite3* db = conn.db;
+  const std::string cause = store_Reason(rc, sqlite3_errmsg(db));
+  // The failed commit left nothing to roll back: its journal is empty, so the file holds the
+  // save. Committing the schema version set again as it is (SQLite skips a row rewritten
+  // unchanged, but always writes the header) syncs the journal and the file once more; once
+  // that succeeds the save is on disk. A confirmation that fails puts back only the header.
+  if (!sqlite3_get_autocommit(db)) sqlite3_exec(db, "ROLLBACK", nullptr, nullptr, nullptr);
+  conn.inTransaction = false;
+  const std::string touch = "PRAGMA user_version = " + std::to_string(store_kSchemaVersion);
+  const bool confirmed = conn.Begin() == SQLITE_OK &&
+                         sqlite3_exec(db, touch.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK &&
+                         sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr) == SQLITE_OK;
+  if (!confirmed && !sqlite3_get_autocommit(db))
+    sqlite3_exec(db, "ROLLBACK", nullptr, nullptr, nullptr);
+  conn.inTransaction = false;
+  conn.Begin();
+  if (confirmed) return;
+  std::string reason = cause;
+  reason[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(reason[0])));
+  throw store_Error(reason +
+                        ": the file holds the save, but the disk did not confirm that it is on "
+                        "it; the next save that succeeds confirms it.",
+                    cause, false, true);
 }

@@ -82,6 +82,10 @@ void WarnSaveFailed(const odb_String& path, const store_Error& e) {
       e.Discarded()
           ? "The database %1$s was not saved: %2$s. The file holds its last save, and so does "
             "the database in memory: what was written since is discarded."
+      : e.Unconfirmed()
+          ? "The database %1$s was not saved: %2$s. The file holds what was written, and so "
+            "does the database in memory, but the disk did not confirm that it is on it: the "
+            "next save that succeeds confirms it."
           : "The database %1$s was not saved: %2$s. What was written since the last save is "
             "kept for the next save.";
   thr_ThreadSingleton<wip_WIP>::Instance().Warning(odb_FormatMessage(text, {path, cause.c_str()}));

@@ -10,6 +10,7 @@
 #define TESTS_FAULT_ANALYSIS_H
 
 #include <string>
+#include <utility>
 
 #include "OdbSession.h"
 #include "fault_Dump.h"
@@ -42,12 +43,14 @@ class fault_Analysis : public OdbSession {
 // The message of what a call throws, and "" when it throws nothing.
 template <class F>
 std::string fault_Thrown(F&& call) {
-  try {
-    call();
-  } catch (const odb_Exception& e) {
-    return e.JournalMessage().CStr();
-  }
-  return std::string();
+  const std::string message = MessageOf(std::forward<F>(call));
+  return message == "(nothing thrown)" ? std::string() : message;
 }
+
+// What a failed save throws, and what a handle retired by a failure throws.
+constexpr const char fault_kSaveFailed[] = "Database save failed.";
+constexpr const char fault_kRetired[] =
+    "This object was reached before a failure took the database back to its last save: reach it "
+    "again from the database.";
 
 #endif

@@ -9,6 +9,7 @@ struct fault_Figures {
   int runs = 0;         // runs in which a fault was injected
   int injected = 0;     // calls failed, over those runs
   int silent = 0;       // runs in which no call reported the fault (the save went through)
+  int unconfirmed = 0;  // runs whose save reached the file but was not confirmed on disk
   int memoryWrong = 0;  // runs after which the writer did not show its last save
   int lost = 0;         // runs after which the file lacked saved rows
   int visible = 0;      // runs after which the file held unsaved rows
@@ -19,6 +20,7 @@ struct fault_Figures {
     runs += o.runs;
     injected += o.injected;
     silent += o.silent;
+    unconfirmed += o.unconfirmed;
     memoryWrong += o.memoryWrong;
     lost += o.lost;
     visible += o.visible;
@@ -29,8 +31,9 @@ struct fault_Figures {
     std::printf(
         "[fault] %s: %d runs, %d faults injected, %d states lost, %d unsaved data visible, %d "
         "writers wrong in memory, %d writers stuck, %d retries succeeded, %d saves got past the "
-        "fault\n",
-        title.c_str(), runs, injected, lost, visible, memoryWrong, stuck, retried, silent);
+        "fault, %d saves in the file but unconfirmed\n",
+        title.c_str(), runs, injected, lost, visible, memoryWrong, stuck, retried, silent,
+        unconfirmed);
     std::fflush(stdout);
   }
   // The sum over the tests this process ran.

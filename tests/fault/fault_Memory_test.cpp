@@ -11,10 +11,6 @@
 
 namespace {
 
-const char kSaveFailed[] = "Database save failed.";
-const char kRetired[] =
-    "This object was reached before a failure took the database back to its last save: reach it "
-    "again from the database.";
 const int kNodes = 8;
 
 template <class T>
@@ -115,7 +111,7 @@ class MemoryAfterFailure : public fault_Analysis {
   void FailSave(odb_Odb& odb) {
     m_vfs.Reset();
     m_vfs.Fail(fault_Op::kSync, 1, EIO, false);
-    EXPECT_EQ(fault_Thrown([&] { saveOdb(odb); }), kSaveFailed);
+    EXPECT_EQ(fault_Thrown([&] { saveOdb(odb); }), fault_kSaveFailed);
     m_vfs.Clear();
   }
 };
@@ -156,15 +152,15 @@ TEST_F(MemoryAfterFailure, HandlesReachedBeforeTheFailureAreRetired) {
   EXPECT_EQ(std::string(step.name().CStr()), "S1");
   EXPECT_EQ(unsaved.incrementNumber(), 1);
   // Whatever needs the file is refused, and nothing reaches the file or the database.
-  EXPECT_EQ(fault_Thrown([&] { step.Frame(2, 0.2, ""); }), kRetired);
-  EXPECT_EQ(fault_Thrown([&] { first.FieldOutput("E", "", odb_Enum::SCALAR); }), kRetired);
-  EXPECT_EQ(fault_Thrown([&] { output.addData(0.5, 5.0); }), kRetired);
-  EXPECT_EQ(fault_Thrown([&] { instance.NodeSet("N1", Ints({1})); }), kRetired);
+  EXPECT_EQ(fault_Thrown([&] { step.Frame(2, 0.2, ""); }), fault_kRetired);
+  EXPECT_EQ(fault_Thrown([&] { first.FieldOutput("E", "", odb_Enum::SCALAR); }), fault_kRetired);
+  EXPECT_EQ(fault_Thrown([&] { output.addData(0.5, 5.0); }), fault_kRetired);
+  EXPECT_EQ(fault_Thrown([&] { instance.NodeSet("N1", Ints({1})); }), fault_kRetired);
   odb_SequenceFloat xyz;
   for (int c = 0; c < 3; ++c) xyz.append(1.0f);
   odb_SequenceSequenceFloat point;
   point.append(xyz);
-  EXPECT_EQ(fault_Thrown([&] { part.addNodes(Ints({500}), point); }), kRetired);
+  EXPECT_EQ(fault_Thrown([&] { part.addNodes(Ints({500}), point); }), fault_kRetired);
   EXPECT_EQ(fault_Thrown([&] { saveOdb(odb); }), "");
   EXPECT_EQ(Shows(odb, 0, kNodes), "");
   EXPECT_EQ(DumpOf("retired.odb"), saved);

@@ -15,10 +15,6 @@
 
 namespace {
 
-const char kSaveFailed[] = "Database save failed.";
-const char kRetired[] =
-    "This object was reached before a failure took the database back to its last save: reach it "
-    "again from the database.";
 const int kNodes = 8;
 const int kSpillNodes = 6000;
 
@@ -31,7 +27,7 @@ class SaveRecovery : public fault_Analysis {
     m_vfs.Reset();
     m_vfs.Fail(op, 1, error, persistent);
     TakeWarnings();
-    EXPECT_EQ(fault_Thrown([&] { saveOdb(odb); }), kSaveFailed);
+    EXPECT_EQ(fault_Thrown([&] { saveOdb(odb); }), fault_kSaveFailed);
     m_vfs.Clear();
     return odb;
   }
@@ -94,6 +90,35 @@ TEST_F(SaveRecovery, AFrameAfterAFailedSaveStartsWithoutFields) {
   odb_Frame next = step.Frame(1, 0.1, "");
   EXPECT_EQ(next.fieldOutputs().size(), 0);
   EXPECT_EQ(fault_Thrown([&] { next.FieldOutput("U", "", odb_Enum::VECTOR); }), "");
+}
+
+TEST_F(SaveRecovery, ASaveWhoseLastSyncFailsIsConfirmedOrToldUnconfirmed) {
+  // A commit's last step empties the journal and syncs that: when only this sync fails, the
+  // save is in the file. The store commits again to have it confirmed; when the disk refuses
+  // that too, the save is reported failed, but the file and the writer keep it.
+  odb_Odb& count = Start("count.odb", kNodes, false);
+  WriteFrame(count, 1, kNodes);
+  m_vfs.Reset();
+  saveOdb(count);
+  const int last = m_vfs.Count(fault_Op::kSync);
+  closeOdb(count);
+  const fault_Dump reference = DumpOf("count.odb");
+  for (bool persistent : {false, true}) {
+    const std::string name = persistent ? "refused.odb" : "confirmed.odb";
+    odb_Odb& odb = Start(name, kNodes, false);
+    WriteFrame(odb, 1, kNodes);
+    m_vfs.Reset();
+    m_vfs.Fail(fault_Op::kSync, last, EIO, persistent);
+    TakeWarnings();
+    EXPECT_EQ(fault_Thrown([&] { saveOdb(odb); }), persistent ? fault_kSaveFailed : "");
+    m_vfs.Clear();
+    EXPECT_EQ(TakeWarnings().find("did not confirm") != std::string::npos, persistent);
+    EXPECT_EQ(DumpOf(name), reference) << name;
+    EXPECT_EQ(Shows(odb, 1, kNodes), "") << name;
+    EXPECT_EQ(fault_Thrown([&] { saveOdb(odb); }), "") << name;
+    closeOdb(odb);
+    EXPECT_EQ(ReadBack(name, 1), "") << name;
+  }
 }
 
 TEST_F(SaveRecovery, AnArrayIsNeverSavedOrInTheFileWhenItsChunksWereNot) {

@@ -82,27 +82,30 @@ bool SaveFaults::Run(const Case& c, int n, const fault_Dump& reference, fault_Fi
     closeOdb(odb);
     return true;
   }
-  {
-    if (inSave) {
-      EXPECT_EQ(failure, "Database save failed.") << where;
-      EXPECT_TRUE(Reports(warnings)) << where << ": no cause among the warnings: " << warnings;
-    } else {
-      EXPECT_TRUE(Reports(failure)) << where << ": " << failure;
-    }
-    if (c.op == fault_Op::kWrite && c.error == ENOSPC)
-      EXPECT_NE((inSave ? warnings : failure).find("isk is full"), std::string::npos) << where;
-    const std::string shown = Shows(odb, 0, nodes);
-    EXPECT_EQ(shown, "") << where << ": the writer does not show its last save";
-    figures.memoryWrong += shown.empty() ? 0 : 1;
-    const std::vector<std::string> missing = after.Missing(saved), extra = after.Extra(saved);
-    EXPECT_TRUE(missing.empty()) << where << ": saved rows lost" << fault_Lines(missing);
-    EXPECT_TRUE(extra.empty()) << where << ": unsaved rows in the file" << fault_Lines(extra);
-    figures.lost += missing.empty() ? 0 : 1;
-    figures.visible += extra.empty() ? 0 : 1;
+  if (inSave) {
+    EXPECT_EQ(failure, fault_kSaveFailed) << where;
+    EXPECT_TRUE(Reports(warnings)) << where << ": no cause among the warnings: " << warnings;
+  } else {
+    EXPECT_TRUE(Reports(failure)) << where << ": " << failure;
   }
-  // The cause is gone: the same writer writes the frame again and saves.
+  if (c.op == fault_Op::kWrite && c.error == ENOSPC)
+    EXPECT_NE((inSave ? warnings : failure).find("isk is full"), std::string::npos) << where;
+  // A save whose very last step the disk did not confirm, twice, is in the file, and the writer
+  // keeps showing it; every other failure leaves the last save, in the file and the writer.
+  const bool unconfirmed = warnings.find("did not confirm") != std::string::npos;
+  const fault_Dump& expected = unconfirmed ? reference : saved;
+  const std::string shown = Shows(odb, unconfirmed ? 1 : 0, nodes);
+  EXPECT_EQ(shown, "") << where << ": the writer does not show what the file holds";
+  figures.memoryWrong += shown.empty() ? 0 : 1;
+  figures.unconfirmed += unconfirmed ? 1 : 0;
+  const std::vector<std::string> missing = after.Missing(expected), extra = after.Extra(expected);
+  EXPECT_TRUE(missing.empty()) << where << ": saved rows lost" << fault_Lines(missing);
+  EXPECT_TRUE(extra.empty()) << where << ": unsaved rows in the file" << fault_Lines(extra);
+  figures.lost += missing.empty() ? 0 : 1;
+  figures.visible += extra.empty() ? 0 : 1;
+  // The cause is gone: the same writer writes again what it does not show, and saves.
   const std::string retry = fault_Thrown([&] {
-    WriteFrame(odb, 1, nodes);
+    if (!unconfirmed) WriteFrame(odb, 1, nodes);
     saveOdb(odb);
   });
   const fault_Dump retried = DumpOf(name);
