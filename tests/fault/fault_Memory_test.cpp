@@ -137,6 +137,21 @@ TEST_F(MemoryAfterFailure, EveryKindOfObjectWrittenSinceTheLastSaveIsGone) {
   EXPECT_EQ(Summary(reader), written);
 }
 
+TEST_F(MemoryAfterFailure, AnotherNameOfTheFileGoesBackToTheLastSaveToo) {
+  // A second name of the file, read-only, shares the writer's connection and reads the rows it
+  // wrote, saved or not: the failure takes it back to the last save as well.
+  odb_Odb& odb = Start("names.odb", kNodes, false);
+  WriteFrame(odb, 1, kNodes);
+  odb_Odb& other = openOdb("other", m_dir.file("names.odb").c_str(), true);
+  odb_Step& seen = other.steps()["S1"];
+  EXPECT_EQ(seen.frames().size(), 2);
+  FailSave(odb);
+  EXPECT_EQ(Shows(other, 0, kNodes), "");
+  EXPECT_EQ(
+      fault_Thrown([&] { seen.historyRegions()["Node P-1.1"].historyOutputs()["U1"].data(); }),
+      fault_kRetired);
+}
+
 TEST_F(MemoryAfterFailure, HandlesReachedBeforeTheFailureAreRetired) {
   odb_Odb& odb = Start("retired.odb", kNodes, false);
   const fault_Dump saved = DumpOf("retired.odb");
