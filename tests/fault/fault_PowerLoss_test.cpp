@@ -1,5 +1,6 @@
-// A power loss at every sync of a save, and at every write: whatever the disk had not synced is
-// lost, and the file then opens at its last save or at the new one, whole, never a mix.
+// A power loss at every sync of a save, and at every write and truncation: whatever the disk had
+// not synced is lost, and the file then opens at its last save or at the new one, whole, never a
+// mix.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -14,14 +15,17 @@ struct Cut {
   bool spill;
 };
 
+const char* OpName(fault_Op op) {
+  return op == fault_Op::kSync ? "sync" : op == fault_Op::kWrite ? "write" : "truncation";
+}
+
 class PowerLoss : public fault_Analysis, public ::testing::WithParamInterface<Cut> {};
 
 TEST_P(PowerLoss, TheFileOpensAtTheLastSaveOrTheNewOneNeverAMix) {
   const Cut cut = GetParam();
   const int nodes = cut.spill ? 6000 : 8;
-  const std::string title = std::string("power lost at a ") +
-                            (cut.op == fault_Op::kSync ? "sync" : "write") +
-                            (cut.spill ? ", spilling" : "");
+  const std::string title =
+      std::string("power lost at a ") + OpName(cut.op) + (cut.spill ? ", spilling" : "");
   odb_Odb& odb = Start("reference.odb", nodes, cut.spill);
   WriteFrame(odb, 1, nodes);
   saveOdb(odb);
@@ -69,14 +73,15 @@ TEST_P(PowerLoss, TheFileOpensAtTheLastSaveOrTheNewOneNeverAMix) {
 }
 
 std::string Name(const ::testing::TestParamInfo<Cut>& info) {
-  return std::string(info.param.op == fault_Op::kSync ? "sync" : "write") +
-         (info.param.spill ? "_spilling" : "");
+  return std::string(OpName(info.param.op)) + (info.param.spill ? "_spilling" : "");
 }
 
 INSTANTIATE_TEST_SUITE_P(FaultVfs, PowerLoss,
                          ::testing::Values(Cut{fault_Op::kSync, false},
-                                           Cut{fault_Op::kWrite, false}, Cut{fault_Op::kSync, true},
-                                           Cut{fault_Op::kWrite, true}),
+                                           Cut{fault_Op::kWrite, false},
+                                           Cut{fault_Op::kTruncate, false},
+                                           Cut{fault_Op::kSync, true}, Cut{fault_Op::kWrite, true},
+                                           Cut{fault_Op::kTruncate, true}),
                          Name);
 
 }  // namespace

@@ -152,11 +152,12 @@ std::string Name(const ::testing::TestParamInfo<Case>& info) {
 std::vector<Case> Cases() {
   std::vector<Case> cases;
   for (bool spill : {false, true})
-    for (fault_Op op : {fault_Op::kWrite, fault_Op::kSync, fault_Op::kRead})
+    for (fault_Op op : {fault_Op::kWrite, fault_Op::kSync, fault_Op::kRead, fault_Op::kTruncate})
       for (int error : {EIO, ENOSPC})
         for (bool persistent : {false, true}) {
-          // A read fails with EIO whatever the system's reason.
-          if (error == ENOSPC && op == fault_Op::kRead) continue;
+          // A read or a truncation (a commit empties its journal so) fails with EIO whatever
+          // the system's reason.
+          if (error == ENOSPC && (op == fault_Op::kRead || op == fault_Op::kTruncate)) continue;
           // A save reads pages back only once they spilled into the file.
           if (!spill && op == fault_Op::kRead) continue;
           cases.push_back({op, error, persistent, spill});
