@@ -19,6 +19,24 @@
 // use of that step's frames. Writes go to the file at once, inside the transaction that the next
 // save commits; closing without saving leaves the file as it was last saved. One thread at a
 // time.
+//
+// A failed save, and any write that meets an I/O error or a full disk between saves, take the
+// database back to its last save, in its file and in memory alike. The save throws "Database
+// save failed." after a warning that gives the cause ("The database PATH was not saved: the disk
+// is full. ..."); a write throws the cause itself ("The disk is full: what was written since the
+// last save is discarded."). The file then holds exactly its last save, and this object reads
+// itself again from the file at its next use: the steps, frames, field and history outputs,
+// history pairs, parts, instances, sets, materials and sections written since are gone, never
+// half there. Handles and references reached before the failure (from steps(), parts(),
+// rootAssembly() ... down to frames and outputs) are retired: they stay safe to hold and answer
+// what they held, but every call of theirs that needs the file throws "This object was reached
+// before a failure took the database back to its last save: reach it again from the database.".
+// Reach them again from this object, which stays valid. Once the cause is gone (space freed, a
+// passing error) writes and saves work again, and a save writes exactly what the database then
+// shows. Two failures take nothing back, and their warnings say so: a save that readers in
+// other processes kept waiting (what was written waits for the next save), and one that failed
+// at its very last step, the disk's confirmation that the emptied journal is on it, after a
+// second attempt failed too (the file holds the save, and the next save confirms it).
 #ifndef ODB_ODB_H
 #define ODB_ODB_H
 
@@ -115,7 +133,9 @@ class odb_Odb {
   odb_Frame getFrame(double value, odb_Enum::odb_MatchEnum match);
 
   // Commits everything written since the last save; `path` must be empty or this database's
-  // path ("ODB not saved. Changing the path is not allowed." otherwise, nothing written).
+  // path ("ODB not saved. Changing the path is not allowed." otherwise, nothing written). A
+  // commit that fails warns why and throws "Database save failed."; see above for what the
+  // database holds then.
   void save(const odb_String& path = odb_String());
   // Reads steps and frames that another process saved since they were read; false when the
   // steps were never read or nothing was new.

@@ -141,7 +141,11 @@ odb_Odb& openOdb(const odb_String& name, const odb_String& path, bool readOnly =
 inline odb_Odb& openOdb(const char* name, const char* path, bool readOnly = false) {
   return openOdb(odb_String(name), odb_String(path), readOnly);
 }
-// Commits the database; a read-only one warns and writes nothing.
+// Commits the database; a read-only one warns and writes nothing. A save that fails warns why
+// ("The database PATH was not saved: the disk is full. ...") and throws "Database save failed.";
+// the database is then back at its last save, in its file and in memory: what was written since
+// is gone, and handles reached before are retired (odb_Odb.h says what that means). Once the
+// cause is gone, the same database writes and saves again.
 void saveOdb(odb_Odb& odb);
 // Closes the database's file for every name that uses it; what was not saved is discarded.
 void closeOdb(odb_Odb& odb);

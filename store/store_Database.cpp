@@ -19,6 +19,7 @@
 #include "store_PageChecksum.h"
 #include "store_PageReader.h"
 #include "store_Schema.h"
+#include "store_Shared.h"
 #include "store_SharedFile.h"
 #include "store_Statement.h"
 
@@ -163,57 +164,30 @@ void CopyDirectChunks(const store_PageReader& reader, std::vector<DirectChunk>& 
 }
 }  // namespace
 
-// What a store_Database shares with its read-only views: the SQLite connection and what belongs
-// to it.
-struct store_Database::Shared {
-  sqlite3* db = nullptr;
-  bool writer = false;  // holds the write transaction that saves commit
-  std::unique_ptr<store_StatementCache> cache;
-  std::vector<std::shared_ptr<store_Deferred>> deferred;
-  std::thread sync;  // the sync of the file in flight, if any
-  std::atomic<bool> syncing{false};
-  int chunksSinceSync = 0;
-  std::int64_t chunkRoot = 0;
-  std::set<std::string> noticed;  // see FirstNotice
-  // Held while the connection is open (see store_SharedFile).
-  std::unique_ptr<store_SharedFile> file;
-
-  ~Shared() { Close(); }
-  void DiscardDeferred() {
-    std::vector<std::shared_ptr<store_Deferred>> held;
-    held.swap(deferred);
-    for (const std::shared_ptr<store_Deferred>& writer : held) writer->Discard();
+void store_Database::Shared::Close() {
+  DiscardDeferred();
+  cache.reset();
+  if (sync.joinable()) sync.join();
+  if (!db) return;
+  // Whatever was written since the last commit is discarded: the file stays as last saved.
+  if (writer) {
+    if (!sqlite3_get_autocommit(db)) sqlite3_exec(db, "ROLLBACK", nullptr, nullptr, nullptr);
+    // The writer keeps its journal as an empty file between saves; gone, the closed file is
+    // one plain file again.
+    sqlite3_exec(db, "PRAGMA journal_mode = DELETE", nullptr, nullptr, nullptr);
+    if (PageSize(db) > kSmallPageBytes && FileBytes(db) <= kCompactBytes)
+      Repage(db, kSmallPageBytes);
   }
-  void Close() {
-    DiscardDeferred();
-    cache.reset();
-    if (sync.joinable()) sync.join();
-    if (!db) return;
-    // Whatever was written since the last commit is discarded: the file stays as last saved.
-    if (writer) {
-      sqlite3_exec(db, "ROLLBACK", nullptr, nullptr, nullptr);
-      // The writer keeps its journal as an empty file between saves; gone, the closed file is
-      // one plain file again.
-      sqlite3_exec(db, "PRAGMA journal_mode = DELETE", nullptr, nullptr, nullptr);
-      if (PageSize(db) > kSmallPageBytes && FileBytes(db) <= kCompactBytes)
-        Repage(db, kSmallPageBytes);
-    }
-    sqlite3_close_v2(db);
-    db = nullptr;
-    file.reset();
-  }
-};
+  sqlite3_close_v2(db);
+  db = nullptr;
+  file.reset();
+}
 
 store_Database::store_Database(const std::string& path, bool readOnly)
     : m_path(path), m_readOnly(readOnly) {}
 
 store_Database::~store_Database() {
   Close();
-}
-
-store_Database::Shared& store_Database::Open() const {
-  if (!m_conn || !m_conn->db) throw store_Error("The database is closed.");
-  return *m_conn;
 }
 
 bool store_Database::IsOpen() const {
@@ -243,7 +217,7 @@ std::shared_ptr<store_Database> store_Database::View(bool readOnly) {
   std::shared_ptr<store_Database> view(new store_Database(m_path, readOnly));
   view->m_conn = m_conn;
   view->m_view = true;
-  view->Open();
+  view->m_losses = Open().losses;
   return view;
 }
 
@@ -286,12 +260,15 @@ void store_Database::Execute(const char* sql) {
 
 store_Statement store_Database::Sql(const char* sql) {
   Shared& conn = Open();
-  sqlite3_stmt* stmt = conn.cache->Get(sql);
+  RequireTransaction(conn);
+  int rc = SQLITE_OK;
+  sqlite3_stmt* stmt = conn.cache->Get(sql, rc);
+  if (!stmt) Fail(rc, "prepare");
   // A read-only view shares a writer's connection and a read-only database runs without an
   // open transaction, so a write would reach the file: refuse it here, where every statement
   // passes.
   if (m_readOnly && !sqlite3_stmt_readonly(stmt)) RequireWritable("write");
-  return store_Statement(conn.db, stmt);
+  return store_Statement(*this, stmt);
 }
 
 void store_Database::RequireWritable(const char* what) const {
@@ -329,7 +306,8 @@ std::shared_ptr<store_Database> store_Database::Create(const std::string& path) 
 
 void store_Database::StartWriting() {
   Execute(store_kWriterPragmas);
-  Execute("BEGIN IMMEDIATE");
+  const int rc = m_conn->Begin();
+  if (rc != SQLITE_OK) throw store_Error(store_Reason(rc, sqlite3_errmsg(m_conn->db)) + ".");
   m_conn->writer = true;
 }
 
@@ -416,38 +394,6 @@ void store_Database::StartWriteback() {
     conn.syncing = false;  // no thread to be had: the commit syncs everything, as always
   }
 #endif
-}
-
-void store_Database::Commit() {
-  RequireWritable("save");
-  Shared& conn = Open();
-  // A writer that fails leaves itself and those after it deferred, so that the failed save can
-  // be retried; those flushed before it have written their rows into the open transaction.
-  std::size_t flushed = 0;
-  try {
-    for (; flushed < conn.deferred.size(); ++flushed) conn.deferred[flushed]->Flush(*this);
-  } catch (...) {
-    conn.deferred.erase(conn.deferred.begin(), conn.deferred.begin() + flushed);
-    throw;
-  }
-  conn.deferred.clear();
-  if (conn.sync.joinable()) conn.sync.join();
-  try {
-    Execute("COMMIT");
-  } catch (const store_Error&) {
-    // A commit that SQLite gave up on has rolled the transaction back; the next writes must
-    // still wait for a commit rather than each commit on its own.
-    if (sqlite3_get_autocommit(conn.db)) Execute("BEGIN IMMEDIATE");
-    throw;
-  }
-  Execute("BEGIN IMMEDIATE");
-}
-
-void store_Database::Rollback() {
-  if (m_readOnly) return;
-  DiscardDeferred();
-  Execute("ROLLBACK");
-  Execute("BEGIN IMMEDIATE");
 }
 
 std::string store_Database::Header(const std::string& key) {
@@ -612,12 +558,17 @@ store_ArrayWriter::store_ArrayWriter(store_Database& db, const std::string& kind
 }
 
 store_ArrayWriter::~store_ArrayWriter() {
-  CloseChunk();
+  // A writer dropped early (its caller failed) may still fail to close its chunk; the failure
+  // cannot be thrown from here, but it must still take a broken transaction back.
+  if (m_blob) m_db.NoteFailure(sqlite3_blob_close(m_blob));
 }
 
+// Closing the blob is where a write that SQLite deferred can still fail.
 void store_ArrayWriter::CloseChunk() {
-  if (m_blob) sqlite3_blob_close(m_blob);
+  if (!m_blob) return;
+  int rc = sqlite3_blob_close(m_blob);
   m_blob = nullptr;
+  if (rc != SQLITE_OK) m_db.Fail(rc, "write an array chunk");
 }
 
 // Each chunk is inserted as zeros of its final length and then filled through an incremental
@@ -636,10 +587,14 @@ void store_ArrayWriter::NextChunk() {
       .Bind(3, static_cast<std::int64_t>(m_chunkBytes))
       .Run();
   sqlite3* db = m_db.Connection();
-  store_Check(db,
-              sqlite3_blob_open(db, "main", "array_chunk", "data", sqlite3_last_insert_rowid(db), 1,
-                                &m_blob),
-              "open an array chunk");
+  int rc = sqlite3_blob_open(db, "main", "array_chunk", "data", sqlite3_last_insert_rowid(db), 1,
+                             &m_blob);
+  if (rc != SQLITE_OK) {
+    // SQLite may hand out a handle even when the open fails; it must be closed all the same.
+    sqlite3_blob_close(m_blob);
+    m_blob = nullptr;
+    m_db.Fail(rc, "open an array chunk");
+  }
 }
 
 void store_ArrayWriter::Write(const void* data, std::size_t bytes) {
@@ -649,10 +604,13 @@ void store_ArrayWriter::Write(const void* data, std::size_t bytes) {
   while (bytes > 0) {
     if (!m_blob || m_chunkWritten == m_chunkBytes) NextChunk();
     std::size_t n = std::min(bytes, m_chunkBytes - m_chunkWritten);
-    store_Check(
-        m_db.Connection(),
-        sqlite3_blob_write(m_blob, at, static_cast<int>(n), static_cast<int>(m_chunkWritten)),
-        "write an array chunk");
+    int rc = sqlite3_blob_write(m_blob, at, static_cast<int>(n), static_cast<int>(m_chunkWritten));
+    if (rc != SQLITE_OK) {
+      // Closed first: the handle keeps the failure and would report it once more when closed.
+      sqlite3_blob_close(m_blob);
+      m_blob = nullptr;
+      m_db.Fail(rc, "write an array chunk");
+    }
     at += n;
     bytes -= n;
     m_chunkWritten += n;
@@ -728,8 +686,11 @@ void store_Database::GetArray(std::int64_t id, void* out) {
     if (rc == SQLITE_OK) rc = sqlite3_blob_read(blob, chunk.at, static_cast<int>(chunk.bytes), 0);
     if (rc != SQLITE_OK) break;
   }
-  if (blob) sqlite3_blob_close(blob);
-  if (rc != SQLITE_OK) store_Check(conn.db, rc, "read");
+  if (blob) {
+    const int closed = sqlite3_blob_close(blob);
+    if (rc == SQLITE_OK) rc = closed;
+  }
+  if (rc != SQLITE_OK) Fail(rc, "read");
 }
 
 std::int64_t store_Database::ChunkTableRoot() {

@@ -15,6 +15,16 @@
 // at every call, so it sees what a writer in another process commits after the open; while that
 // writer is writing a save into the file, the reader waits for the save to end.
 //
+// Failures of the disk: an I/O error or a full disk met by any statement, blob or commit of the
+// writer's transaction takes the file back to its last commit. SQLite rolls the whole
+// transaction back on its own in most such cases, and the store makes it so in all of them, so
+// that what a caller learns does not depend on where the fault fell: the deferred writers are
+// discarded, a new transaction is begun (or, while the disk still fails, at the next statement:
+// no statement ever runs, and commits, outside one), the error thrown says Discarded(), and every
+// view made before is retired: it throws "This object was reached before ..." for every call
+// that needs the file, so that objects holding what was written since cannot read or write
+// through it. Renew() gives a view of the file as it now is.
+//
 // Errors are thrown as store_Error with a reason fit to follow "Cannot open file X. " or
 // "Cannot create file X. " in a message. One thread at a time.
 #ifndef STORE_DATABASE_H
@@ -40,6 +50,25 @@ class store_Error : public odb_Exception {
  public:
   explicit store_Error(const std::string& reason)
       : odb_Exception(odb_Exceptions_DETAIL, odb_String(), odb_String(reason.c_str())) {}
+  // A failure of SQLite or the disk: `cause` says what failed in words for users ("the disk is
+  // full"); `discarded` when what was written since the last commit went with it; `unconfirmed`
+  // for a commit that put the save in the file but whose last step the disk did not confirm.
+  store_Error(const std::string& reason, const std::string& cause, bool discarded,
+              bool unconfirmed = false)
+      : store_Error(reason) {
+    m_cause = cause;
+    m_discarded = discarded;
+    m_unconfirmed = unconfirmed;
+  }
+  // Empty for errors that are not failures of the file.
+  const std::string& Cause() const { return m_cause; }
+  bool Discarded() const { return m_discarded; }
+  bool Unconfirmed() const { return m_unconfirmed; }
+
+ private:
+  std::string m_cause;
+  bool m_discarded = false;
+  bool m_unconfirmed = false;
 };
 
 // Damage found in the file: a page that does not match its checksum (store_PageChecksum.h), a
@@ -144,12 +173,24 @@ class store_Database {
   // only the view; closing this object closes every view of it. Throws when this object is
   // closed.
   std::shared_ptr<store_Database> View(bool readOnly);
+  // True for a view made before a failure took the file back to its last commit: every call
+  // that needs the file throws. The object that owns the connection is never retired: it holds
+  // nothing written since.
+  bool Retired() const;
+  // A new view, like this one, of the file as it now is; for a retired view. Throws when closed.
+  std::shared_ptr<store_Database> Renew();
   // True when `path` still names the file this object has open (the same device and inode): a
   // file deleted or replaced since the open is not. Reads no page and takes no lock.
   bool IsFileAt(const std::string& path) const;
 
   // Makes everything written since the last commit durable (on disk when it returns) and starts
   // the next transaction, flushing the deferred writers first. Refused on a read-only database.
+  // A failure throws store_Error; when it Discarded() the file is as last committed (see above).
+  // A commit that failed only at its last step (the sync of its emptied journal) has put the
+  // save in the file: it is committed once more to have it confirmed, and if that fails too the
+  // error is Unconfirmed(): the file and the objects that wrote it hold the save, which the
+  // next Commit makes sure of. Otherwise (the file stayed locked by readers) everything is kept
+  // for the next Commit.
   void Commit();
   // Discards what was written since the last commit, deferred writes included.
   void Rollback();
@@ -194,6 +235,13 @@ class store_Database {
   // read-only database a statement that writes is refused.
   sqlite3* Connection() const;
   store_Statement Sql(const char* sql);
+  // Throws the store_Error for SQLite's result `rc` of `what` ("step", "write an array chunk"),
+  // first taking the file back to its last commit when the failure broke the transaction (see
+  // above). Every failed call on the connection ends here.
+  [[noreturn]] void Fail(int rc, const char* what);
+  // The same for a failure that cannot be thrown (in a destructor): the transaction is taken
+  // back if the failure broke it, and the next call reports the retirement.
+  void NoteFailure(int rc);
 
   // Asks the system to start writing the file's new pages to disk now, without waiting: a
   // large transaction spills its pages into the file as it grows, and pages already on their
@@ -218,6 +266,11 @@ class store_Database {
   // Sets the writer's pragmas and opens the transaction that the first save commits.
   void StartWriting();
   void Execute(const char* sql);
+  // The writer's transaction, begun when a failure left none; throws when it cannot be.
+  void RequireTransaction(Shared& conn);
+  // After a commit that failed (with `rc`) once its journal was emptied: commits once more to
+  // have the save confirmed on disk, and throws an Unconfirmed() error when that fails too.
+  void ConfirmSave(Shared& conn, int rc);
   void RequireWritable(const char* what) const;
   void DiscardDeferred();
   // The open connection; throws "The database is closed." once it is closed.
@@ -228,6 +281,8 @@ class store_Database {
   std::string m_path;
   bool m_readOnly;
   bool m_view = false;  // a view of another object's connection
+  // Transactions of the connection lost when this view was made (see Retired).
+  std::uint64_t m_losses = 0;
   // Shared with the views of this object; null once this object is closed.
   std::shared_ptr<Shared> m_conn;
 };

@@ -3,10 +3,41 @@
 #include "store_PageChecksum.h"
 
 std::string store_Reason(int rc, const std::string& sqlite) {
-  if ((rc & 0xff) == SQLITE_BUSY)
-    return "the file stayed locked by another process (a save in progress there) for " +
-           std::to_string(store_kBusyMilliseconds / 1000) + " s";
-  return sqlite;
+  switch (rc & 0xff) {
+    case SQLITE_BUSY:
+      return "the file stayed locked by another process (a save in progress there) for " +
+             std::to_string(store_kBusyMilliseconds / 1000) + " s";
+    case SQLITE_FULL:
+      return "the disk is full";
+    case SQLITE_NOMEM:
+      return "there was not enough memory";
+    case SQLITE_IOERR:
+      break;
+    default:
+      return sqlite;
+  }
+  // A full disk is told by SQLITE_FULL alone: the system's errno that SQLite keeps is not
+  // renewed by every failure (not by a failed commit), so it may belong to an earlier one.
+  switch (rc) {
+    case SQLITE_IOERR_WRITE:
+      return "an I/O error occurred while writing the file";
+    case SQLITE_IOERR_FSYNC:
+    case SQLITE_IOERR_DIR_FSYNC:
+      return "an I/O error occurred while flushing the file to disk";
+    case SQLITE_IOERR_READ:
+    case SQLITE_IOERR_SHORT_READ:
+      return "an I/O error occurred while reading the file";
+    case SQLITE_IOERR_TRUNCATE:
+      return "an I/O error occurred while truncating the file";
+    case SQLITE_IOERR_DELETE:
+      return "an I/O error occurred while deleting the file's journal";
+    case SQLITE_IOERR_NOMEM:
+      return "there was not enough memory";
+    case SQLITE_IOERR_DATA:
+      return "a page of the file does not match its checksum: the file is damaged";
+    default:
+      return "an I/O error occurred on the file (" + sqlite + ")";
+  }
 }
 
 void store_ThrowIfDamaged(sqlite3* db, int rc) {
@@ -40,9 +71,8 @@ void store_Statement::RequireNotNull(const char* table,
   int col = 0;
   for (const char* column : columns) {
     if (IsNull(col++)) {
-      const char* name = sqlite3_db_filename(m_db, "main");
       const std::string where = std::string(table) + "." + column + " holds NULL";
-      throw store_Damaged(name ? name : "", where, "hold a value no writer writes (" + where + ")");
+      throw store_Damaged(m_owner.Path(), where, "hold a value no writer writes (" + where + ")");
     }
   }
 }
@@ -58,12 +88,15 @@ store_StatementCache::~store_StatementCache() {
   for (auto& entry : m_statements) sqlite3_finalize(entry.second);
 }
 
-sqlite3_stmt* store_StatementCache::Get(const char* sql) {
+sqlite3_stmt* store_StatementCache::Get(const char* sql, int& rc) {
   auto found = m_statements.find(sql);
   if (found != m_statements.end()) return found->second;
   sqlite3_stmt* stmt = nullptr;
-  store_Check(m_db, sqlite3_prepare_v3(m_db, sql, -1, SQLITE_PREPARE_PERSISTENT, &stmt, nullptr),
-              "prepare");
+  rc = sqlite3_prepare_v3(m_db, sql, -1, SQLITE_PREPARE_PERSISTENT, &stmt, nullptr);
+  if (rc != SQLITE_OK) {
+    sqlite3_finalize(stmt);
+    return nullptr;
+  }
   m_statements.emplace(sql, stmt);
   return stmt;
 }

@@ -18,7 +18,9 @@
 // finish writing a save into the file, a writer for readers to let go before it commits.
 constexpr int store_kBusyMilliseconds = 30000;
 
-// SQLite's message `sqlite` for result `rc`, or a clearer one where SQLite's would puzzle a user.
+// What failed, in words for users, for SQLite's result `rc` with its message `sqlite`: the disk
+// that is full or failed (and in which call), the lock that stayed taken, else SQLite's own
+// message.
 std::string store_Reason(int rc, const std::string& sqlite);
 // Throws store_Damaged when `rc` says that SQLite found the file damaged: a page that failed its
 // checksum, or one it finds malformed.
@@ -28,7 +30,9 @@ void store_Check(sqlite3* db, int rc, const char* what);
 
 class store_Statement {
  public:
-  store_Statement(sqlite3* db, sqlite3_stmt* stmt) : m_db(db), m_stmt(stmt) {
+  // Failures are reported through `owner` (store_Database::Fail), which sees to a transaction
+  // that the failure broke.
+  store_Statement(store_Database& owner, sqlite3_stmt* stmt) : m_owner(owner), m_stmt(stmt) {
     sqlite3_reset(m_stmt);
   }
   ~store_Statement() {
@@ -55,8 +59,10 @@ class store_Statement {
     int rc = sqlite3_step(m_stmt);
     if (rc == SQLITE_ROW) return true;
     if (rc == SQLITE_DONE) return false;
-    store_Check(m_db, rc, "step");
-    return false;
+    // Reset first, so that the statement holds nothing when the failure's rollback runs; the
+    // connection keeps the error's message.
+    sqlite3_reset(m_stmt);
+    m_owner.Fail(rc, "step");
   }
   // Runs a statement that returns no rows.
   void Run() { Step(); }
@@ -79,10 +85,10 @@ class store_Statement {
 
  private:
   store_Statement& Checked(int rc) {
-    store_Check(m_db, rc, "bind");
+    if (rc != SQLITE_OK) m_owner.Fail(rc, "bind");
     return *this;
   }
-  sqlite3* m_db;
+  store_Database& m_owner;
   sqlite3_stmt* m_stmt;
 };
 
@@ -94,7 +100,9 @@ class store_StatementCache {
   store_StatementCache(const store_StatementCache&) = delete;
   store_StatementCache& operator=(const store_StatementCache&) = delete;
 
-  sqlite3_stmt* Get(const char* sql);
+  // The statement of `sql`, prepared on first use; null, with SQLite's result in `rc`, when it
+  // cannot be prepared.
+  sqlite3_stmt* Get(const char* sql, int& rc);
 
  private:
   sqlite3* m_db;

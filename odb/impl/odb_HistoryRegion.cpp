@@ -172,7 +172,9 @@ odb_HistoryOutput& odb_HistoryRegion::HistoryOutput(const odb_String& name,
     record.type = type;
     store_AddHistoryOutput(store, d.id, record);
     d.outputs.insert(name, AttachedOutput(d.store, record, d.subject));
-  } catch (const store_Error&) {
+  } catch (const store_Error& e) {
+    // A failure of the disk that took the database back to its last save says so, and why.
+    if (e.Discarded()) throw;
     odb_ThrowMessage(kRequestFailed, kSource, 144);
   }
   return d.outputs.get(name);

@@ -8,6 +8,9 @@
 #include "odb_Message.h"
 #include "odb_OdbData.h"
 #include "odb_OdbRepository.h"
+#include "store_Database.h"
+#include "thr_ThreadSingleton.h"
+#include "wip_WIP.h"
 
 const uti_LabelRow<odb_OdbEnm> uti_LabelTable<odb_OdbEnm, 1>::rows[] = {
     {"Database save failed.", "odb_Odb_MSGID_00", odb_Odb_SAVE_FAILED},
@@ -38,10 +41,54 @@ odb_DiscretePartRepository::CategoryLookup CategoryLookup(const std::shared_ptr<
   };
 }
 
+// The step repository of the database: fields find their instances in its root assembly.
+odb_StepRepository Steps(const std::shared_ptr<odb_OdbData>& d) {
+  std::weak_ptr<odb_OdbData> owner = d;
+  return odb_StepRepository(d->ddb, [owner]() -> std::shared_ptr<odb_AssemblyData> {
+    std::shared_ptr<odb_OdbData> data = owner.lock();
+    return data ? odb_Odb(data).rootAssembly().data() : nullptr;
+  });
+}
+
+// After a failure took the file back to its last save, the database shows that save: what it
+// read and wrote since is set aside (kept alive for the references callers hold, see
+// odb_OdbData::retired) and read again from the file on first use, through a new view.
+void Renew(const std::shared_ptr<odb_OdbData>& data) {
+  odb_OdbData& d = *data;
+  d.retired.push_back(std::make_shared<const odb_StepRepository>(d.steps));
+  d.retired.push_back(std::move(d.parts));
+  d.retired.push_back(std::move(d.rootAssembly));
+  d.retired.push_back(std::move(d.sectionCategories));
+  d.retired.push_back(std::move(d.materials));
+  d.retired.push_back(std::move(d.sections));
+  d.ddb = d.ddb->Renew();
+  d.steps = Steps(data);
+  d.stepsRead = false;
+}
+
 // A database whose file was closed answers for its identity only; everything else would read a
-// file that is gone, or answer as if it were empty.
-void RequireOpen(const odb_OdbData& d) {
+// file that is gone, or answer as if it were empty. One whose file went back to its last save
+// reads itself again first.
+void RequireOpen(const std::shared_ptr<odb_OdbData>& data) {
+  const odb_OdbData& d = *data;
   if (d.ddb && !d.ddb->IsOpen()) odb_ThrowMessage("The database is closed.", kSource, __LINE__);
+  if (d.ddb && d.ddb->Retired()) Renew(data);
+}
+
+// Tells why a save failed, and what the database holds now, before the catalogue's error.
+void WarnSaveFailed(const odb_String& path, const store_Error& e) {
+  const std::string cause = e.Cause().empty() ? std::string(e.what()) : e.Cause();
+  const char* text =
+      e.Discarded()
+          ? "The database %1$s was not saved: %2$s. The file holds its last save, and so does "
+            "the database in memory: what was written since is discarded."
+      : e.Unconfirmed()
+          ? "The database %1$s was not saved: %2$s. The file holds what was written, and so "
+            "does the database in memory, but the disk did not confirm that it is on it: the "
+            "next save that succeeds confirms it."
+          : "The database %1$s was not saved: %2$s. What was written since the last save is "
+            "kept for the next save.";
+  thr_ThreadSingleton<wip_WIP>::Instance().Warning(odb_FormatMessage(text, {path, cause.c_str()}));
 }
 
 }  // namespace
@@ -56,12 +103,8 @@ odb_Odb::odb_Odb(const odb_String& name, const odb_String& analysisTitle,
   m_data->analysisTitle = analysisTitle;
   m_data->description = description;
   m_data->path = path;
-  std::weak_ptr<odb_OdbData> owner = m_data;
-  m_data->steps = odb_StepRepository(ddb, [owner]() -> std::shared_ptr<odb_AssemblyData> {
-    std::shared_ptr<odb_OdbData> data = owner.lock();
-    return data ? odb_Odb(data).rootAssembly().data() : nullptr;
-  });
   m_data->ddb = std::move(ddb);
+  m_data->steps = Steps(m_data);
   m_data->readOnly = readOnly;
   m_data->onlyUserDefinedData = onlyUserDefinedData;
 }
@@ -95,7 +138,7 @@ bool odb_Odb::onlyHasUserDefinedData() const {
 }
 
 odb_StepRepository& odb_Odb::steps() {
-  RequireOpen(*m_data);
+  RequireOpen(m_data);
   if (!m_data->stepsRead && isOpen()) {
     m_data->steps.Load();
     m_data->stepsRead = true;
@@ -104,7 +147,7 @@ odb_StepRepository& odb_Odb::steps() {
 }
 
 odb_SectionCategoryRepository& odb_Odb::sectionCategories() {
-  RequireOpen(*m_data);
+  RequireOpen(m_data);
   odb_OdbData& d = *m_data;
   if (!d.sectionCategories) {
     d.sectionCategories = std::make_unique<odb_SectionCategoryRepository>(d.ddb);
@@ -114,7 +157,7 @@ odb_SectionCategoryRepository& odb_Odb::sectionCategories() {
 }
 
 odb_DiscretePartRepository& odb_Odb::parts() {
-  RequireOpen(*m_data);
+  RequireOpen(m_data);
   odb_OdbData& d = *m_data;
   if (!d.parts) {
     d.parts = std::make_shared<odb_DiscretePartRepository>(d.ddb, CategoryLookup(m_data));
@@ -124,7 +167,7 @@ odb_DiscretePartRepository& odb_Odb::parts() {
 }
 
 odb_Assembly& odb_Odb::rootAssembly() {
-  RequireOpen(*m_data);
+  RequireOpen(m_data);
   odb_OdbData& d = *m_data;
   if (!d.rootAssembly) {
     auto data = std::make_shared<odb_AssemblyData>();
@@ -138,7 +181,7 @@ odb_Assembly& odb_Odb::rootAssembly() {
 }
 
 odb_MaterialRepository& odb_Odb::materials() {
-  RequireOpen(*m_data);
+  RequireOpen(m_data);
   odb_OdbData& d = *m_data;
   if (!d.materials) {
     d.materials = std::make_unique<odb_MaterialRepository>(d.ddb);
@@ -148,7 +191,7 @@ odb_MaterialRepository& odb_Odb::materials() {
 }
 
 odb_SectionRepository& odb_Odb::sections() {
-  RequireOpen(*m_data);
+  RequireOpen(m_data);
   odb_OdbData& d = *m_data;
   if (!d.sections) {
     d.sections = std::make_unique<odb_SectionRepository>(d.ddb);
@@ -222,7 +265,7 @@ odb_Frame odb_Odb::getFrame(double value, odb_Enum::odb_MatchEnum match) {
 }
 
 void odb_Odb::save(const odb_String& path) {
-  RequireOpen(*m_data);
+  RequireOpen(m_data);
   if (!path.Empty() && path != m_data->path) Throw(odb_Odb_PATH_CHANGE, 184);
   if (m_data->readOnly || !isOpen()) {
     odb_OdbRepository::Warn(odb_OdbRepository_SAVE_READ_ONLY, {});
@@ -230,13 +273,14 @@ void odb_Odb::save(const odb_String& path) {
   }
   try {
     m_data->ddb->Commit();
-  } catch (const store_Error&) {
+  } catch (const store_Error& e) {
+    WarnSaveFailed(m_data->path, e);
     Throw(odb_Odb_SAVE_FAILED, 194);
   }
 }
 
 bool odb_Odb::update() {
-  RequireOpen(*m_data);
+  RequireOpen(m_data);
   if (!m_data->stepsRead || !isOpen()) return false;
   return m_data->steps.Update();
 }

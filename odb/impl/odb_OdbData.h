@@ -3,6 +3,7 @@
 #define ODB_ODBDATA_H
 
 #include <memory>
+#include <vector>
 
 #include "odb_Assembly.h"
 #include "odb_DiscretePartRepository.h"
@@ -30,6 +31,13 @@ struct odb_OdbData {
   std::unique_ptr<odb_SectionCategoryRepository> sectionCategories;
   std::unique_ptr<odb_MaterialRepository> materials;
   std::unique_ptr<odb_SectionRepository> sections;
+
+  // What the database held in memory (its repositories) before each failure that took its file
+  // back to its last save. The database reads itself again from the file after such a failure;
+  // these are kept, unchanged, only so that references into them that callers still hold stay
+  // valid (their store view is retired: they answer what they hold and refuse what needs the
+  // file).
+  std::vector<std::shared_ptr<const void>> retired;
 };
 
 #endif
