@@ -136,7 +136,7 @@ std::string ImmutableUri(const std::string& path) {
 
 // Two threads copy an array of this size or more: the kernel's copy from its page cache is the
 // whole cost of a direct read, and each core copies at its own speed.
-const std::size_t kParallelCopyBytes = 16u << 20;
+const std::size_t kParallelCopyBytes = 4u << 20;
 
 // Copies the rest of each chunk started directly, half the bytes on a second thread for a
 // large array; a chunk whose copy fails is marked for reading through SQLite.
