@@ -83,9 +83,13 @@ void Measure(int cells, int runs, const std::filesystem::path& dir) {
     for (int k = 0; k < kSystemCount; ++k) {
       const bench_System& s = *kSystems[k];
       const std::string path = (dir / (std::string(s.name) + ".out")).string();
+      // Each write starts with nothing of the others' left to flush: a system timed while the
+      // disk still writes back the file before it would pay for that file too.
       std::filesystem::remove(path);
+      ::sync();
       const bench_WriteTimes perFrame = s.write(model, path, true);
       std::filesystem::remove(path);
+      ::sync();
       const bench_WriteTimes once = s.write(model, path, false);
       Figures& f = figures[k];
       f.writePerFrame.push_back(perFrame.Total());
