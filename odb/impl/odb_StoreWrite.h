@@ -10,9 +10,9 @@
 
 // The store to write to. Throws `orphan` (for example "The material belongs to no database.")
 // when there is none, and the store's own read-only refusal when the database was opened
-// read-only: statements run through Sql() skip the store's check, and a read-only database may
-// still hold a writable connection (it folds the log back on close), so without this check the
-// write would reach the file.
+// read-only. The store refuses every writing statement of a read-only database too (a read-only
+// name may read through a writer's connection); checking here first refuses the call before it
+// builds anything.
 inline store_Database& odb_WritableStore(const std::shared_ptr<store_Database>& store,
                                          const char* orphan, const char* source, int site) {
   if (!store) odb_ThrowMessage(orphan, source, site);
