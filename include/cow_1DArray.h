@@ -21,10 +21,11 @@
 
 #include "cow_Assert.h"
 #include "mem_Malloc.h"
+#include "odb_Export.h"
 
 // One block: its own count of holders and 2^shift value-initialised elements.
 template <class T>
-struct cow_1DArrayBlock {
+struct QTVODB_EXPORT cow_1DArrayBlock {
   explicit cow_1DArrayBlock(int n) : count(1), elements(new T[n]()) {}
   cow_1DArrayBlock(int n, const T* src) : count(1), elements(new T[n]) {
     for (int i = 0; i < n; ++i) elements[i] = src[i];
@@ -38,7 +39,7 @@ struct cow_1DArrayBlock {
 };
 
 template <class T>
-class cow_1DArray {
+class QTVODB_EXPORT cow_1DArray {
  public:
   using Block = cow_1DArrayBlock<T>;
 
@@ -269,7 +270,7 @@ class cow_1DArray {
 // Walks an array from its head; holds a shared copy, so the walk is unaffected by later writes
 // to the array it came from.
 template <class T>
-class cow_1DArrayIter {
+class QTVODB_EXPORT cow_1DArrayIter {
  public:
   explicit cow_1DArrayIter(const cow_1DArray<T>& array)
       : m_array(array), m_end(array.EndIndex()), m_blockSize(1 << array.BlockShift()) {

@@ -18,6 +18,7 @@
 
 #include <cstring>
 
+#include "odb_Export.h"
 #include "odb_String.h"
 
 inline int cow_BtreeCompare(const odb_String& a, const odb_String& b) {
@@ -52,7 +53,7 @@ struct cow_BtreeNode;
 // write must copy touches no other memory, and the link caches the height of the node it points
 // to, so balancing a parent reads both children's heights without visiting the children.
 template <class K, class V>
-class cow_BtreeLink {
+class QTVODB_EXPORT cow_BtreeLink {
  public:
   using Node = cow_BtreeNode<K, V>;
 
@@ -109,7 +110,7 @@ class cow_BtreeLink {
 };
 
 template <class K, class V>
-struct cow_BtreeNode {
+struct QTVODB_EXPORT cow_BtreeNode {
   using Handle = cow_BtreeLink<K, V>;
 
   cow_BtreeNode(const V& v, const K& k) : value(v), key(cow_BtreeNodeKey(k)) {}
@@ -252,7 +253,7 @@ struct cow_BtreeNode {
 };
 
 template <class K, class V>
-class cow_Btree {
+class QTVODB_EXPORT cow_Btree {
  public:
   using Node = cow_BtreeNode<K, V>;
 
@@ -317,7 +318,7 @@ class cow_Btree {
 // copy of the map, so later writes to the map it came from do not disturb the walk. The path
 // from the root to the current node is kept as a stack of small heap cells.
 template <class K, class V>
-class cow_BtreeIterator {
+class QTVODB_EXPORT cow_BtreeIterator {
  public:
   using Node = cow_BtreeNode<K, V>;
 

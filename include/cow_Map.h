@@ -17,9 +17,10 @@
 
 #include "cow_Assert.h"
 #include "cow_COW.h"
+#include "odb_Export.h"
 
 template <class K, class V>
-struct cow_MapNode {
+struct QTVODB_EXPORT cow_MapNode {
   cow_MapNode(const K& k, const V& v) : key(k), value(v) {}
   bool HasValue() const { return true; }
 
@@ -29,7 +30,7 @@ struct cow_MapNode {
 };
 
 template <class K, class V>
-class cow_Map {
+class QTVODB_EXPORT cow_Map {
  public:
   using Node = cow_MapNode<K, V>;
 
@@ -146,7 +147,7 @@ class cow_Map {
 
 // Walks a map in the tree's pre-order over a shared copy of the map. First() must come first.
 template <class K, class V>
-class cow_MapIter {
+class QTVODB_EXPORT cow_MapIter {
  public:
   using Node = cow_MapNode<K, V>;
 

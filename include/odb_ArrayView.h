@@ -16,8 +16,10 @@
 #include <cstddef>
 #include <vector>
 
+#include "odb_Export.h"
+
 template <class T>
-class odb_ArrayView {
+class QTVODB_EXPORT odb_ArrayView {
  public:
   // An empty view.
   constexpr odb_ArrayView() = default;
@@ -49,7 +51,7 @@ class odb_ArrayView {
 // std::vector converts to it implicitly (its size is what the call checks: size the vector
 // first).
 template <class T>
-class odb_MutableArrayView {
+class QTVODB_EXPORT odb_MutableArrayView {
  public:
   constexpr odb_MutableArrayView() = default;
   // The `size` values at `data`; empty when `data` is null.

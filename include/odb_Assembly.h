@@ -13,6 +13,7 @@
 #include "odb_DatumCsys.h"
 #include "odb_DiscreteEntity.h"
 #include "odb_DiscretePart.h"
+#include "odb_Export.h"
 #include "odb_Instance.h"
 #include "odb_MeshList.h"
 #include "odb_Sequence.h"
@@ -33,11 +34,11 @@ enum odb_AssemblyEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_AssemblyEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_AssemblyEnm, 1> {
   static const uti_LabelRow<odb_AssemblyEnm> rows[];
 };
 
-class odb_Assembly {
+class QTVODB_EXPORT odb_Assembly {
  public:
   // An assembly of no database: it holds nothing and its creators throw.
   odb_Assembly();

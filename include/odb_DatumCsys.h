@@ -24,6 +24,7 @@
 #include <memory>
 
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_Repository.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
@@ -46,13 +47,13 @@ enum odb_DatumCsysEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_DatumCsysEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_DatumCsysEnm, 1> {
   static const uti_LabelRow<odb_DatumCsysEnm> rows[];
 };
 
 struct odb_DatumCsysData;
 
-class odb_DatumCsys {
+class QTVODB_EXPORT odb_DatumCsys {
  public:
   // What a system is attached to.
   enum Definition {

@@ -16,6 +16,7 @@
 #include "odb_ArrayView.h"
 #include "odb_Element.h"
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_MeshList.h"
 #include "odb_Node.h"
 #include "odb_Repository.h"
@@ -31,12 +32,12 @@ using odb_SetRepository = odb_Repository<odb_String, odb_Set>;
 using odb_SetRepositoryIT = odb_RepositoryIterator<odb_String, odb_Set>;
 
 // A section given to the elements of an element set.
-struct odb_SectionAssignment {
+struct QTVODB_EXPORT odb_SectionAssignment {
   odb_String region;   // the element set's name
   odb_String section;  // the section's name
 };
 
-class odb_DiscreteEntity {
+class QTVODB_EXPORT odb_DiscreteEntity {
  public:
   odb_String name() const;
   odb_Enum::odb_DimensionEnum embeddedSpace() const;

@@ -11,6 +11,7 @@
 
 #include "odb_ArrayView.h"
 #include "odb_DiscreteEntity.h"
+#include "odb_Export.h"
 #include "odb_SectionCategory.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
@@ -38,11 +39,11 @@ enum odb_DiscretePartEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_DiscretePartEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_DiscretePartEnm, 1> {
   static const uti_LabelRow<odb_DiscretePartEnm> rows[];
 };
 
-class odb_DiscretePart : public odb_DiscreteEntity {
+class QTVODB_EXPORT odb_DiscretePart : public odb_DiscreteEntity {
  public:
   // A part of no database; the creators throw.
   odb_DiscretePart() = default;

@@ -11,13 +11,15 @@
 
 #include "odb_DiscretePart.h"
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_Repository.h"
 #include "odb_SectionCategory.h"
 #include "odb_String.h"
 
 class store_Database;
 
-class odb_DiscretePartRepository : public odb_Repository<odb_String, odb_DiscretePart> {
+class QTVODB_EXPORT odb_DiscretePartRepository
+    : public odb_Repository<odb_String, odb_DiscretePart> {
  public:
   // Resolves the name of a section category stored with elements to the database's category.
   using CategoryLookup = std::function<odb_SectionCategory(const odb_String&)>;

@@ -11,13 +11,14 @@
 #include <memory>
 
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_SectionCategory.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
 
 class store_Mesh;
 
-class odb_Element {
+class QTVODB_EXPORT odb_Element {
  public:
   static constexpr int kMaxNodes = 30;
 

@@ -16,13 +16,14 @@
 
 #include "odb_ArrayView.h"
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_Instance.h"
 #include "odb_SectionPoint.h"
 #include "odb_String.h"
 
 struct odb_SubFieldData;
 
-class odb_FieldBulkData {
+class QTVODB_EXPORT odb_FieldBulkData {
  public:
   // An empty block.
   odb_FieldBulkData() = default;
@@ -81,7 +82,7 @@ class odb_FieldBulkData {
 };
 
 // The blocks of a field output, in the order their sub-fields were first written.
-class odb_SequenceFieldBulkData {
+class QTVODB_EXPORT odb_SequenceFieldBulkData {
  public:
   odb_SequenceFieldBulkData() = default;
   int size() const { return static_cast<int>(m_blocks.size()); }

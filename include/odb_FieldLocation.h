@@ -10,9 +10,10 @@
 #include <vector>
 
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_SectionPoint.h"
 
-class odb_FieldLocation {
+class QTVODB_EXPORT odb_FieldLocation {
  public:
   odb_FieldLocation() = default;
   explicit odb_FieldLocation(odb_Enum::odb_ResultPositionEnum position) : m_position(position) {}
@@ -33,9 +34,9 @@ class odb_FieldLocation {
 };
 
 // Same position and the same section points in the same order.
-bool operator==(const odb_FieldLocation& a, const odb_FieldLocation& b);
+QTVODB_EXPORT bool operator==(const odb_FieldLocation& a, const odb_FieldLocation& b);
 
-class odb_SequenceFieldLocation {
+class QTVODB_EXPORT odb_SequenceFieldLocation {
  public:
   int size() const { return static_cast<int>(m_locations.size()); }
   bool isEmpty() const { return m_locations.empty(); }

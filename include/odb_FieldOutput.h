@@ -24,6 +24,7 @@
 #include "odb_DatumCsys.h"
 #include "odb_Element.h"
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_FieldBulkData.h"
 #include "odb_FieldLocation.h"
 #include "odb_FieldValue.h"
@@ -81,13 +82,13 @@ enum odb_FieldOutputEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_FieldOutputEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_FieldOutputEnm, 1> {
   static const uti_LabelRow<odb_FieldOutputEnm> rows[];
 };
 
 struct odb_FieldData;
 
-class odb_FieldOutput {
+class QTVODB_EXPORT odb_FieldOutput {
  public:
   // An empty orphan field: no name, SCALAR, no data.
   odb_FieldOutput();

@@ -11,6 +11,7 @@
 #include <memory>
 
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_HistoryOutput.h"
 #include "odb_HistoryPoint.h"
 #include "odb_LoadCase.h"
@@ -24,7 +25,7 @@ enum odb_HistoryRegionEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_HistoryRegionEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_HistoryRegionEnm, 1> {
   static const uti_LabelRow<odb_HistoryRegionEnm> rows[];
 };
 
@@ -34,7 +35,7 @@ enum odb_HistoryRegionPersEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_HistoryRegionPersEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_HistoryRegionPersEnm, 1> {
   static const uti_LabelRow<odb_HistoryRegionPersEnm> rows[];
 };
 
@@ -43,7 +44,7 @@ using odb_HistoryOutputRepositoryIT = odb_RepositoryIterator<odb_String, odb_His
 
 struct odb_HistoryRegionData;
 
-class odb_HistoryRegion {
+class QTVODB_EXPORT odb_HistoryRegion {
  public:
   // An empty orphan region.
   odb_HistoryRegion();

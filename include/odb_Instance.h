@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "odb_DiscreteEntity.h"
+#include "odb_Export.h"
 #include "odb_Repository.h"
 #include "odb_Sequence.h"
 #include "odb_SequenceElement.h"
@@ -28,11 +29,11 @@ enum odb_InstanceEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_InstanceEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_InstanceEnm, 1> {
   static const uti_LabelRow<odb_InstanceEnm> rows[];
 };
 
-class odb_Instance : public odb_DiscreteEntity {
+class QTVODB_EXPORT odb_Instance : public odb_DiscreteEntity {
  public:
   // An instance of no database; the creators throw.
   odb_Instance() = default;

@@ -16,6 +16,7 @@
 
 #include <memory>
 
+#include "odb_Export.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
 
@@ -31,13 +32,13 @@ enum odb_MaterialEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_MaterialEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_MaterialEnm, 1> {
   static const uti_LabelRow<odb_MaterialEnm> rows[];
 };
 
 struct odb_MaterialData;
 
-class odb_Material {
+class QTVODB_EXPORT odb_Material {
  public:
   // An empty handle.
   odb_Material();

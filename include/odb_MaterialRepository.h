@@ -12,13 +12,14 @@
 
 #include <memory>
 
+#include "odb_Export.h"
 #include "odb_Material.h"
 #include "odb_Repository.h"
 #include "odb_String.h"
 
 class store_Database;
 
-class odb_MaterialRepository : public odb_Repository<odb_String, odb_Material> {
+class QTVODB_EXPORT odb_MaterialRepository : public odb_Repository<odb_String, odb_Material> {
  public:
   // A repository of no database: Load finds nothing and the creator throws.
   odb_MaterialRepository() = default;

@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "odb_Element.h"
+#include "odb_Export.h"
 #include "odb_Node.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
@@ -28,11 +29,11 @@ enum odb_MeshEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_MeshEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_MeshEnm, 1> {
   static const uti_LabelRow<odb_MeshEnm> rows[];
 };
 
-class odb_Mesh {
+class QTVODB_EXPORT odb_Mesh {
  public:
   // A mesh of nothing: no nodes, no elements; label lookups throw "Invalid Node label".
   odb_Mesh() = default;

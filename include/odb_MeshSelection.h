@@ -9,9 +9,11 @@
 #include <memory>
 #include <vector>
 
+#include "odb_Export.h"
+
 struct odb_MeshData;
 
-class odb_MeshSelection {
+class QTVODB_EXPORT odb_MeshSelection {
  public:
   odb_MeshSelection() = default;
   // The first `count` positions of `mesh`.

@@ -46,6 +46,7 @@
 #include "odb_DiscretePart.h"
 #include "odb_DiscretePartRepository.h"
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_Frame.h"
 #include "odb_MaterialRepository.h"
 #include "odb_SectionCategory.h"
@@ -69,11 +70,11 @@ enum odb_OdbEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_OdbEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_OdbEnm, 1> {
   static const uti_LabelRow<odb_OdbEnm> rows[];
 };
 
-class odb_Odb {
+class QTVODB_EXPORT odb_Odb {
  public:
   // An empty database: no file; the registry returns it for a name it does not hold.
   odb_Odb();

@@ -23,6 +23,7 @@
 #include <vector>
 
 #include "cow_Btree.h"
+#include "odb_Export.h"
 #include "odb_Odb.h"
 #include "odb_String.h"
 #include "thr_GlobalSingleton.h"
@@ -44,11 +45,11 @@ enum odb_OdbRepositoryEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_OdbRepositoryEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_OdbRepositoryEnm, 1> {
   static const uti_LabelRow<odb_OdbRepositoryEnm> rows[];
 };
 
-class odb_OdbRepository : public thr_GlobalSingleton<odb_OdbRepository> {
+class QTVODB_EXPORT odb_OdbRepository : public thr_GlobalSingleton<odb_OdbRepository> {
  public:
   odb_OdbRepository() = default;
   // Closes every database still registered, in name order.
@@ -107,7 +108,7 @@ class odb_OdbRepository : public thr_GlobalSingleton<odb_OdbRepository> {
 // takes them again) and looks each database up as it goes, so that it never holds a share of the
 // registry's map: a shared map would be copied by the next registration, moving the databases
 // that callers hold references to.
-class odb_OdbRepositoryIT {
+class QTVODB_EXPORT odb_OdbRepositoryIT {
  public:
   explicit odb_OdbRepositoryIT(odb_OdbRepository& repository) : m_repository(repository) {
     first();
@@ -128,15 +129,16 @@ class odb_OdbRepositoryIT {
 // (the path when empty), writable, and returns it. Throws "A database named ('NAME') already
 // exists.", "The path 'PATH' has an existing ddb associated with it." or "Cannot create file
 // PATH. REASON".
-odb_Odb& Odb(const odb_String& name, const odb_String& analysisTitle, const odb_String& description,
-             const odb_String& path);
+QTVODB_EXPORT odb_Odb& Odb(const odb_String& name, const odb_String& analysisTitle,
+                           const odb_String& description, const odb_String& path);
 // Opens the file at `path` under its absolute path as name.
-odb_Odb& openOdb(const odb_String& path, bool readOnly = false);
+QTVODB_EXPORT odb_Odb& openOdb(const odb_String& path, bool readOnly = false);
 // Opens the file at `path` under `name` (the path when empty). A file of an older schema throws
 // code 0, of a newer one code 1; a file that cannot be read throws "Cannot open file PATH.
 // REASON". A write open becomes read-only, with a warning, when a lock file exists or the file's
 // permissions forbid writing. Opening a registered name again returns the same object.
-odb_Odb& openOdb(const odb_String& name, const odb_String& path, bool readOnly = false);
+QTVODB_EXPORT odb_Odb& openOdb(const odb_String& name, const odb_String& path,
+                               bool readOnly = false);
 // The same for two texts: without it, openOdb("name", "path") would take "path" as the bool.
 inline odb_Odb& openOdb(const char* name, const char* path, bool readOnly = false) {
   return openOdb(odb_String(name), odb_String(path), readOnly);
@@ -146,8 +148,8 @@ inline odb_Odb& openOdb(const char* name, const char* path, bool readOnly = fals
 // the database is then back at its last save, in its file and in memory: what was written since
 // is gone, and handles reached before are retired (odb_Odb.h says what that means). Once the
 // cause is gone, the same database writes and saves again.
-void saveOdb(odb_Odb& odb);
+QTVODB_EXPORT void saveOdb(odb_Odb& odb);
 // Closes the database's file for every name that uses it; what was not saved is discarded.
-void closeOdb(odb_Odb& odb);
+QTVODB_EXPORT void closeOdb(odb_Odb& odb);
 
 #endif

@@ -18,6 +18,7 @@
 
 #include <memory>
 
+#include "odb_Export.h"
 #include "odb_SectionPoint.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
@@ -31,13 +32,13 @@ enum odb_SectionCategoryEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_SectionCategoryEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_SectionCategoryEnm, 1> {
   static const uti_LabelRow<odb_SectionCategoryEnm> rows[];
 };
 
 struct odb_SectionCategoryData;
 
-class odb_SectionCategory {
+class QTVODB_EXPORT odb_SectionCategory {
  public:
   // The empty category.
   odb_SectionCategory();

@@ -12,13 +12,15 @@
 
 #include <memory>
 
+#include "odb_Export.h"
 #include "odb_Repository.h"
 #include "odb_SectionCategory.h"
 #include "odb_String.h"
 
 class store_Database;
 
-class odb_SectionCategoryRepository : public odb_Repository<odb_String, odb_SectionCategory> {
+class QTVODB_EXPORT odb_SectionCategoryRepository
+    : public odb_Repository<odb_String, odb_SectionCategory> {
  public:
   // A repository of no database: Load finds nothing and the creator throws.
   odb_SectionCategoryRepository() = default;

@@ -16,6 +16,7 @@
 
 #include <memory>
 
+#include "odb_Export.h"
 #include "odb_Repository.h"
 #include "odb_Section.h"
 #include "odb_Sequence.h"
@@ -23,7 +24,7 @@
 
 class store_Database;
 
-class odb_SectionRepository : public odb_Repository<odb_String, odb_Section> {
+class QTVODB_EXPORT odb_SectionRepository : public odb_Repository<odb_String, odb_Section> {
  public:
   // A repository of no database: Load finds nothing and the creators throw.
   odb_SectionRepository() = default;

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "odb_Element.h"
+#include "odb_Export.h"
 #include "odb_MeshSelection.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
@@ -22,11 +23,11 @@ struct odb_MeshData;
 enum odb_SequenceElementEnm : int { odb_SequenceElement_OTHER_PART = 0 };
 
 template <>
-struct uti_LabelTable<odb_SequenceElementEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_SequenceElementEnm, 1> {
   static const uti_LabelRow<odb_SequenceElementEnm> rows[];
 };
 
-class odb_SequenceElement {
+class QTVODB_EXPORT odb_SequenceElement {
  public:
   // No elements, of no mesh.
   odb_SequenceElement() = default;

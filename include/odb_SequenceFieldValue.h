@@ -15,12 +15,13 @@
 #include <memory>
 #include <vector>
 
+#include "odb_Export.h"
 #include "odb_FieldValue.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
 #include "odb_SubField.h"
 
-class odb_SequenceFieldValue {
+class QTVODB_EXPORT odb_SequenceFieldValue {
  public:
   odb_SequenceFieldValue() = default;
 

@@ -13,11 +13,12 @@
 
 #include <memory>
 
+#include "odb_Export.h"
 #include "odb_Frame.h"
 
 struct odb_StepData;
 
-class odb_SequenceFrame {
+class QTVODB_EXPORT odb_SequenceFrame {
  public:
   // A view of no frames.
   odb_SequenceFrame() = default;

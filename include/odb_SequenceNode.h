@@ -10,6 +10,7 @@
 #include <memory>
 #include <vector>
 
+#include "odb_Export.h"
 #include "odb_MeshSelection.h"
 #include "odb_Node.h"
 #include "odb_String.h"
@@ -21,11 +22,11 @@ struct odb_MeshData;
 enum odb_SequenceNodeEnm : int { odb_SequenceNode_OTHER_PART = 0 };
 
 template <>
-struct uti_LabelTable<odb_SequenceNodeEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_SequenceNodeEnm, 1> {
   static const uti_LabelRow<odb_SequenceNodeEnm> rows[];
 };
 
-class odb_SequenceNode {
+class QTVODB_EXPORT odb_SequenceNode {
  public:
   // No nodes, of no mesh.
   odb_SequenceNode() = default;

@@ -10,6 +10,7 @@
 
 #include <memory>
 
+#include "odb_Export.h"
 #include "odb_MeshList.h"
 #include "odb_Sequence.h"
 #include "odb_SequenceElement.h"
@@ -26,11 +27,11 @@ enum odb_SetEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_SetEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_SetEnm, 1> {
   static const uti_LabelRow<odb_SetEnm> rows[];
 };
 
-class odb_Set {
+class QTVODB_EXPORT odb_Set {
  public:
   enum Type { NODE_SET = 0, ELEMENT_SET = 1, SURFACE_SET = 2 };
 

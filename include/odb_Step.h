@@ -22,6 +22,7 @@
 #include <memory>
 
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_Frame.h"
 #include "odb_HistoryPoint.h"
 #include "odb_HistoryRegion.h"
@@ -40,13 +41,13 @@ enum odb_StepEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_StepEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_StepEnm, 1> {
   static const uti_LabelRow<odb_StepEnm> rows[];
 };
 
 struct odb_StepData;
 
-class odb_Step {
+class QTVODB_EXPORT odb_Step {
  public:
   using LoadCaseRepository = odb_Repository<odb_String, odb_LoadCase>;
   using HistoryRegionRepository = odb_HistoryRegionRepository;

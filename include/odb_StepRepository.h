@@ -13,6 +13,7 @@
 #include <memory>
 
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_Step.h"
 #include "odb_StepRepositoryBase.h"
 #include "odb_String.h"
@@ -20,7 +21,7 @@
 class store_Database;
 struct odb_AssemblyData;
 
-class odb_StepRepository : public odb_StepRepositoryBase<odb_Step> {
+class QTVODB_EXPORT odb_StepRepository : public odb_StepRepositoryBase<odb_Step> {
  public:
   // A repository of no database: Load and Update find nothing and the creators throw.
   // Finds the database's root assembly, where fields find their instances.

@@ -24,9 +24,10 @@
 
 #include <iosfwd>
 
+#include "odb_Export.h"
 #include "wip_WIP.h"
 
-class odb_WipReporter : public wip_WipReporter {
+class QTVODB_EXPORT odb_WipReporter : public wip_WipReporter {
  public:
   enum Output { ERROR_LINES, WARNING_LINES, LANDMARK_LINES, VERBOSE_LINES, PRINT_LINES };
 

@@ -29,12 +29,13 @@
 #include <type_traits>
 
 #include "cow_Assert.h"
+#include "odb_Export.h"
 
 template <class Class>
 class thr_GlobalSingleton;
 
 template <class Class>
-class thr_GlobalSingletonBase {
+class QTVODB_EXPORT thr_GlobalSingletonBase {
  public:
   thr_GlobalSingletonBase(const thr_GlobalSingletonBase&) = delete;
   thr_GlobalSingletonBase& operator=(const thr_GlobalSingletonBase&) = delete;
@@ -92,7 +93,7 @@ class thr_GlobalSingletonBase {
 };
 
 template <class Class>
-class thr_GlobalSingleton : public thr_GlobalSingletonBase<Class> {
+class QTVODB_EXPORT thr_GlobalSingleton : public thr_GlobalSingletonBase<Class> {
   using Base = thr_GlobalSingletonBase<Class>;
 
  public:

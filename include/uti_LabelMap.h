@@ -26,9 +26,10 @@
 #include <cstring>
 
 #include "cow_Assert.h"
+#include "odb_Export.h"
 
 template <class Enm>
-struct uti_LabelRow {
+struct QTVODB_EXPORT uti_LabelRow {
   const char* text;
   const char* key;
   Enm code;
@@ -39,7 +40,7 @@ template <class Enm, int Table = 1>
 struct uti_LabelTable;
 
 template <class Enm, int Table>
-class uti_LabelMap {
+class QTVODB_EXPORT uti_LabelMap {
  public:
   // The text of `code`; a code with no row reports the label-string assertion and gives "".
   static const char* LabelString(Enm code) { return FoundRow(code).text; }

@@ -16,9 +16,10 @@
 
 #include <vector>
 
+#include "odb_Export.h"
 #include "odb_String.h"
 
-class wip_WipReporter {
+class QTVODB_EXPORT wip_WipReporter {
  public:
   virtual ~wip_WipReporter() = default;
 
@@ -44,7 +45,7 @@ class wip_WipReporter {
   virtual void InterruptedThrow() = 0;
 };
 
-class wip_WIP {
+class QTVODB_EXPORT wip_WIP {
  public:
   // Installs `reporter` (null uninstalls) and returns the one installed before.
   wip_WipReporter* Install(wip_WipReporter* reporter);
