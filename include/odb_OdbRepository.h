@@ -16,19 +16,17 @@
 #ifndef ODB_ODBREPOSITORY_H
 #define ODB_ODBREPOSITORY_H
 
-#include <initializer_list>
-#include <map>
 #include <memory>
-#include <string>
-#include <vector>
 
 #include "cow_Btree.h"
 #include "odb_Export.h"
 #include "odb_Odb.h"
+#include "odb_Sequence.h"
 #include "odb_String.h"
 #include "thr_GlobalSingleton.h"
 
-class store_Database;
+struct odb_OdbRepositoryFiles;
+struct odb_OdbRepositoryAccess;
 
 // The messages of the registry.
 enum odb_OdbRepositoryEnm : int {
@@ -51,14 +49,13 @@ struct QTVODB_EXPORT uti_LabelTable<odb_OdbRepositoryEnm, 1> {
 
 class QTVODB_EXPORT odb_OdbRepository : public thr_GlobalSingleton<odb_OdbRepository> {
  public:
-  odb_OdbRepository() = default;
+  odb_OdbRepository();
   // Closes every database still registered, in name order.
   ~odb_OdbRepository();
 
-  // The registry, made on first use.
-  static odb_OdbRepository& Instance() {
-    return thr_GlobalSingleton<odb_OdbRepository>::Instance();
-  }
+  // The registry, made on first use; the same object as
+  // thr_GlobalSingleton<odb_OdbRepository>::Instance().
+  static odb_OdbRepository& Instance();
 
   // Adds or replaces the database registered under `name`.
   void insert(const odb_String& name, const odb_Odb& odb);
@@ -73,34 +70,20 @@ class QTVODB_EXPORT odb_OdbRepository : public thr_GlobalSingleton<odb_OdbReposi
   // Drops every name whose database has this path.
   void RespondToCloseOdb(const odb_String& path);
   bool IsFileOpen(const odb_String& path) const;
-  // True, with a warning, when the lock file of `path` exists.
+  // True, with a warning, when the lock file of `path` (the path with ".lck" appended) exists.
   bool IsOdbLocked(const odb_String& path) const;
+  // Creates the lock file of `path`; false when it cannot be written.
   bool LockOdb(const odb_String& path) const;
+  // Deletes the lock file of `path`; false when there was none to delete.
   bool RemoveLock(const odb_String& path) const;
   const cow_Btree<odb_String, odb_Odb>& odbMap() const { return m_odbMap; }
 
-  // Closes the file at `path` for every name that uses it, deleting the lock file of a writable
-  // one, and drops those names.
-  void CloseOdb(const odb_String& path);
-  // The open file at `path` shared by the names that use it, or null.
-  std::shared_ptr<store_Database> OpenFile(const odb_String& path) const;
-  void AddOpenFile(const odb_String& path, std::shared_ptr<store_Database> file);
-
-  // Reports a catalogue warning to this thread's warning sink.
-  static void Warn(odb_OdbRepositoryEnm code, std::initializer_list<odb_String> args);
-  // The lock file of `path`.
-  static odb_String LockFileOf(const odb_String& path);
-
  private:
-  std::vector<odb_String> NamesOf(const odb_String& path) const;
-
-  // Drops `name` from the map, keeping its object alive in m_closed.
-  void Drop(const odb_String& name);
+  friend struct odb_OdbRepositoryAccess;
 
   cow_Btree<odb_String, odb_Odb> m_odbMap;
-  // The objects of the names closed so far: callers may still hold references to them.
-  std::vector<cow_BtreeLink<odb_String, odb_Odb>> m_closed;
-  std::map<std::string, std::shared_ptr<store_Database>> m_openFiles;
+  // The open files by path, and the objects of the names closed so far.
+  std::unique_ptr<odb_OdbRepositoryFiles> m_files;
   odb_Odb m_fallback;
 };
 
@@ -115,14 +98,14 @@ class QTVODB_EXPORT odb_OdbRepositoryIT {
   }
   void first();
   void next() { ++m_i; }
-  bool isDone() const { return m_i >= static_cast<int>(m_names.size()); }
+  bool isDone() const { return m_i >= m_names.size(); }
   // The current name and database; past the end, an empty name and the fallback database.
   const odb_String& currentKey() const;
   const odb_Odb& currentValue() const { return m_repository.constGet(currentKey()); }
 
  private:
   odb_OdbRepository& m_repository;
-  std::vector<odb_String> m_names;
+  odb_SequenceString m_names;
   int m_i = 0;
 };
 // Creates a new database file at `path` (replacing any file there), registers it under `name`

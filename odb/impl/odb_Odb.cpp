@@ -8,6 +8,7 @@
 #include "odb_Message.h"
 #include "odb_OdbData.h"
 #include "odb_OdbRepository.h"
+#include "odb_OdbRepositoryAccess.h"
 #include "store_Database.h"
 #include "thr_ThreadSingleton.h"
 #include "wip_WIP.h"
@@ -268,7 +269,7 @@ void odb_Odb::save(const odb_String& path) {
   RequireOpen(m_data);
   if (!path.Empty() && path != m_data->path) Throw(odb_Odb_PATH_CHANGE, 184);
   if (m_data->readOnly || !isOpen()) {
-    odb_OdbRepository::Warn(odb_OdbRepository_SAVE_READ_ONLY, {});
+    odb_OdbRepositoryAccess::Warn(odb_OdbRepository_SAVE_READ_ONLY, {});
     return;
   }
   try {
