@@ -3,6 +3,7 @@
 #include <cfloat>
 #include <cmath>
 
+#include "ddb_DdbData.h"
 #include "odb_AssemblyData.h"
 #include "odb_Exception.h"
 #include "odb_Message.h"
@@ -37,7 +38,7 @@ odb_DiscretePartRepository::CategoryLookup CategoryLookup(const std::shared_ptr<
   return [owner](const odb_String& name) {
     std::shared_ptr<odb_OdbData> data = owner.lock();
     if (!data) return odb_SectionCategory();
-    odb_SectionCategoryRepository& categories = odb_Odb(data).sectionCategories();
+    odb_SectionCategoryRepository& categories = odb_OdbAccess::Make(data).sectionCategories();
     return categories.isMember(name) ? categories.get(name) : odb_SectionCategory();
   };
 }
@@ -47,7 +48,7 @@ odb_StepRepository Steps(const std::shared_ptr<odb_OdbData>& d) {
   std::weak_ptr<odb_OdbData> owner = d;
   return odb_StepRepository(d->ddb, [owner]() -> std::shared_ptr<odb_AssemblyData> {
     std::shared_ptr<odb_OdbData> data = owner.lock();
-    return data ? odb_Odb(data).rootAssembly().data() : nullptr;
+    return data ? odb_OdbAccess::Make(data).rootAssembly().data() : nullptr;
   });
 }
 
@@ -97,14 +98,14 @@ void WarnSaveFailed(const odb_String& path, const store_Error& e) {
 odb_Odb::odb_Odb() : m_data(std::make_shared<odb_OdbData>()) {}
 
 odb_Odb::odb_Odb(const odb_String& name, const odb_String& analysisTitle,
-                 const odb_String& description, const odb_String& path,
-                 std::shared_ptr<store_Database> ddb, bool readOnly, bool onlyUserDefinedData)
+                 const odb_String& description, const odb_String& path, const ddb_Ddb& ddb,
+                 bool readOnly, bool onlyUserDefinedData)
     : m_data(std::make_shared<odb_OdbData>()) {
   m_data->name = name;
   m_data->analysisTitle = analysisTitle;
   m_data->description = description;
   m_data->path = path;
-  m_data->ddb = std::move(ddb);
+  m_data->ddb = ddb_DdbAccess::Store(ddb);
   m_data->steps = Steps(m_data);
   m_data->readOnly = readOnly;
   m_data->onlyUserDefinedData = onlyUserDefinedData;
@@ -128,8 +129,8 @@ bool odb_Odb::isReadOnly() const {
 bool odb_Odb::isOpen() const {
   return m_data->ddb && m_data->ddb->IsOpen();
 }
-std::shared_ptr<store_Database> odb_Odb::ddb() const {
-  return m_data->ddb;
+ddb_Ddb odb_Odb::ddb() const {
+  return ddb_DdbAccess::Make(m_data->ddb);
 }
 void odb_Odb::setOnlyHasUserDefinedData(bool only) {
   m_data->onlyUserDefinedData = only;

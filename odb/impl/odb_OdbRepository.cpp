@@ -6,11 +6,13 @@
 
 #include <vector>
 
+#include "ddb_DdbData.h"
 #include "odb_Damage.h"
 #include "odb_Exception.h"
 #include "odb_Exceptions.h"
 #include "odb_LockFile.h"
 #include "odb_Message.h"
+#include "odb_OdbData.h"
 #include "odb_OdbRepositoryAccess.h"
 #include "odb_Util.h"
 #include "odb_Version.h"
@@ -149,7 +151,7 @@ void odb_OdbRepository::remove(const odb_String& name) {
   if (Access::NamesOf(*this, path).size() <= 2) {
     Access::CloseOdb(*this, path);
   } else {
-    odb.ddb()->Close();
+    odb_OdbAccess::Store(odb)->Close();
     Access::Drop(*this, name);
   }
 }
@@ -175,7 +177,7 @@ void odb_OdbRepositoryAccess::CloseOdb(odb_OdbRepository& registry, const odb_St
   for (const odb_String& name : NamesOf(registry, path)) {
     const odb_Odb& odb = registry.constGet(name);
     writable = writable || !odb.isReadOnly();
-    if (odb.ddb()) odb.ddb()->Close();
+    if (const auto& file = odb_OdbAccess::Store(odb)) file->Close();
   }
   auto& files = registry.m_files->open;
   auto open = files.find(path.CStr());
@@ -233,8 +235,8 @@ odb_Odb& Odb(const odb_String& name, const odb_String& analysisTitle, const odb_
   }
   registry.LockOdb(absolute);
   Access::AddOpenFile(registry, absolute, file);
-  registry.insert(key,
-                  odb_Odb(key, analysisTitle, description, absolute, file->View(false), false));
+  registry.insert(key, odb_Odb(key, analysisTitle, description, absolute,
+                               ddb_DdbAccess::Make(file->View(false)), false));
   return registry.get(key);
 }
 
@@ -249,7 +251,7 @@ odb_Odb& openOdb(const odb_String& name, const odb_String& path, bool readOnly) 
 
   if (registry.isMember(key)) {
     odb_Odb& registered = registry.get(key);
-    std::shared_ptr<store_Database> file = registered.ddb();
+    const std::shared_ptr<store_Database>& file = odb_OdbAccess::Store(registered);
     bool sameFile = file && file->IsFileAt(registered.path().CStr());
     if (sameFile) {
       if (registered.path() != absolute) Throw(odb_OdbRepository_NAME_EXISTS, 245, {key});
@@ -308,7 +310,8 @@ odb_Odb& openOdb(const odb_String& name, const odb_String& path, bool readOnly) 
   if (opened) Access::AddOpenFile(registry, absolute, file);
   // Each name gets a view of the file: closing one name closes only its view, and a read-only
   // name refuses every write even on the connection of a writer in this process.
-  registry.insert(key, odb_Odb(key, title, description, absolute, file->View(readOnly), readOnly));
+  registry.insert(key, odb_Odb(key, title, description, absolute,
+                               ddb_DdbAccess::Make(file->View(readOnly)), readOnly));
   return registry.get(key);
 }
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "HistoryFile.h"
+#include "odb_OdbData.h"
 #include "store_Statement.h"
 
 using PairList = std::vector<std::pair<double, float>>;
@@ -108,7 +109,8 @@ TEST_F(HistoryOutputs, SurviveSaveCloseAndReopenAndGrowByNewBlocks) {
   EXPECT_EQ(Pairs(reader.steps()["S"].historyRegions()["Node I.3"].historyOutputs()["U2"].data()),
             (PairList{{0.1, 1.0f}, {0.2, 2.0f}, {0.4, 4.0f}}));
   // Two saves with pairs, two blocks: the first was not rewritten by the second.
-  store_Statement blocks = reader.ddb()->Sql("SELECT count(*), sum(count) FROM history_block");
+  store_Statement blocks =
+      odb_OdbAccess::Store(reader)->Sql("SELECT count(*), sum(count) FROM history_block");
   ASSERT_TRUE(blocks.Step());
   EXPECT_EQ(blocks.Int(0), 2);
   EXPECT_EQ(blocks.Int(1), 3);

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "HistoryFile.h"
+#include "odb_OdbData.h"
 #include "store_Statement.h"
 
 class HistoryPoints : public HistoryFile {};
@@ -102,7 +103,7 @@ TEST_F(HistoryPoints, ComeBackFromTheFileWithTheirLabelsAndNames) {
 
 TEST_F(HistoryPoints, RefuseAStoredKindThisReleaseDoesNotKnow) {
   m_step->HistoryRegion("R", "", odb_HistoryPoint(*m_instance));
-  m_odb->ddb()->Sql("UPDATE history_region SET position = 42").Run();
+  odb_OdbAccess::Store(*m_odb)->Sql("UPDATE history_region SET position = 42").Run();
   saveOdb(*m_odb);
   closeOdb(*m_odb);
   odb_Odb& odb = openOdb(m_path.c_str(), true);

@@ -8,6 +8,7 @@
 #include <fstream>
 
 #include "OdbSession.h"
+#include "odb_OdbData.h"
 #include "odb_Version.h"
 #include "store_Database.h"
 
@@ -30,7 +31,7 @@ TEST_F(Registry, CreatedDatabaseIsLockedSavedClosedAndReopened) {
   EXPECT_FALSE(odb.isReadOnly());
   odb.Step("Step-1", "load", odb_Enum::TIME, 1.0, "", "*STATIC", 0.0).Frame(1, 0.5, "half");
   saveOdb(odb);
-  EXPECT_EQ(std::string(odb.ddb()->Header("analysis_version")),
+  EXPECT_EQ(std::string(odb_OdbAccess::Store(odb)->Header("analysis_version")),
             "KORVEL/Scripting Interface" QTVODB_VERSION_STRING);
   closeOdb(odb);
   EXPECT_FALSE(Exists(path + ".lck"));
@@ -200,6 +201,10 @@ TEST_F(Registry, CloseDropsEveryNameOfTheFileAndRemoveKeepsTheThresholdOfTwo) {
   registry.remove("unknown");
   EXPECT_EQ(registry.size(), 3);
   EXPECT_TRUE(registry.get("unknown").path().Empty()) << "the fallback slot, no throw";
+  EXPECT_TRUE(registry.get("unknown").ddb().isNull());
+  EXPECT_FALSE(registry.get("one").ddb().isNull());
+  EXPECT_EQ(registry.get("one").ddb(), odb.ddb()) << "the same name's view of the file";
+  EXPECT_NE(registry.get("two").ddb(), odb.ddb()) << "each name has its own view";
   registry.remove("three");
   EXPECT_EQ(registry.size(), 2) << "three names shared the file: only one dropped";
   EXPECT_TRUE(registry.get("one").isOpen());

@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "OdbSession.h"
+#include "odb_OdbData.h"
 #include "odb_OdbRepository.h"
 #include "odb_Upgrade.h"
 #include "store_Database.h"
@@ -52,7 +53,8 @@ TEST_F(Upgrade, RegisteredConversionsRunOnACopy) {
   EXPECT_EQ(store_Database::SchemaVersion(upgraded), 333);
   odb_Odb& odb = openOdb(upgraded.c_str(), true);
   sqlite3_stmt* q = nullptr;
-  EXPECT_EQ(sqlite3_prepare_v2(odb.ddb()->Connection(), "SELECT x FROM added", -1, &q, nullptr),
+  EXPECT_EQ(sqlite3_prepare_v2(odb_OdbAccess::Store(odb)->Connection(), "SELECT x FROM added", -1,
+                               &q, nullptr),
             SQLITE_OK);
   sqlite3_finalize(q);
 }
