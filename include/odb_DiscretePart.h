@@ -35,7 +35,8 @@ enum odb_DiscretePartEnm : int {
   odb_DiscretePart_FLAT_COORDINATES = 13,
   // %1$s labels, %2$s connectivity entries, %3$s type, %4$s per element, %5$s expected
   odb_DiscretePart_FLAT_CONNECTIVITY = 14,
-  odb_DiscretePart_FLAT_USER_CONNECTIVITY = 15  // %1$s labels, %2$s connectivity entries
+  odb_DiscretePart_FLAT_USER_CONNECTIVITY = 15,  // %1$s labels, %2$s connectivity entries
+  odb_DiscretePart_PART_EXISTS = 16              // %s: the part's name
 };
 
 template <>

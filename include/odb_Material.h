@@ -42,8 +42,6 @@ class QTVODB_EXPORT odb_Material {
  public:
   // An empty handle.
   odb_Material();
-  // Used by the material repository.
-  explicit odb_Material(std::shared_ptr<odb_MaterialData> data);
 
   odb_String name() const;
 
@@ -72,6 +70,10 @@ class QTVODB_EXPORT odb_Material {
   bool isEmpty() const { return !m_data; }
 
  private:
+  friend struct odb_MaterialAccess;
+
+  explicit odb_Material(std::shared_ptr<odb_MaterialData> data);
+
   std::shared_ptr<odb_MaterialData> m_data;
 };
 

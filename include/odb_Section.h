@@ -52,8 +52,6 @@ class QTVODB_EXPORT odb_Section {
 
   // An empty handle.
   odb_Section();
-  // Used by the section repository.
-  explicit odb_Section(std::shared_ptr<const odb_SectionData> data);
 
   odb_String name() const;
   Kind kind() const;
@@ -73,6 +71,10 @@ class QTVODB_EXPORT odb_Section {
   bool isEmpty() const { return !m_data; }
 
  private:
+  friend struct odb_SectionAccess;
+
+  explicit odb_Section(std::shared_ptr<const odb_SectionData> data);
+
   std::shared_ptr<const odb_SectionData> m_data;
 };
 

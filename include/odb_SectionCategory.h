@@ -42,8 +42,6 @@ class QTVODB_EXPORT odb_SectionCategory {
  public:
   // The empty category.
   odb_SectionCategory();
-  // Used by the section-category repository.
-  explicit odb_SectionCategory(std::shared_ptr<odb_SectionCategoryData> data);
 
   // The category's name, unique in its database, for example "shell < STEEL >".
   odb_String name() const;
@@ -64,6 +62,10 @@ class QTVODB_EXPORT odb_SectionCategory {
   bool isEmpty() const { return !m_data; }
 
  private:
+  friend struct odb_SectionCategoryAccess;
+
+  explicit odb_SectionCategory(std::shared_ptr<odb_SectionCategoryData> data);
+
   std::shared_ptr<odb_SectionCategoryData> m_data;
 };
 

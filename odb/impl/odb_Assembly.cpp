@@ -4,6 +4,7 @@
 
 #include "odb_AssemblyData.h"
 #include "odb_Damage.h"
+#include "odb_DiscretePartRepositoryData.h"
 #include "odb_EntityData.h"
 #include "odb_Exception.h"
 #include "odb_Message.h"
@@ -57,17 +58,18 @@ store_Placement PlacementOf(const odb_String& name, const odb_SequenceSequenceFl
 
 void odb_AssemblyData::ReadInstances() {
   if (instancesRead || !store) return;
-  parts->Load();
+  odb_DiscretePartRepositoryAccess::Load(*parts);
   const char* what = "the instances";
   const std::vector<store_InstanceRecord> records =
       odb_Reading(what, [&] { return store_Instances(*store); });
   for (const store_InstanceRecord& record : records)
-    if (!parts->FindById(record.partId))
+    if (!odb_DiscretePartRepositoryAccess::FindById(*parts, record.partId))
       odb_ThrowDamaged(store->Path(), what,
                        "name a part the file does not hold (instance.part_id holds " +
                            std::to_string(record.partId) + ")");
   for (const store_InstanceRecord& record : records) {
-    const odb_DiscretePart* part = parts->FindById(record.partId);
+    const odb_DiscretePart* part =
+        odb_DiscretePartRepositoryAccess::FindById(*parts, record.partId);
     odb_String name(record.name.c_str());
     if (instances.isMember(name)) continue;
     odb_Instance instance = MakeInstance(name, *part, record.placement);

@@ -2,18 +2,26 @@
 #ifndef ODB_ASSEMBLYDATA_H
 #define ODB_ASSEMBLYDATA_H
 
+#include <functional>
 #include <memory>
 
 #include "odb_Assembly.h"
 #include "odb_DiscretePartRepository.h"
+#include "odb_SectionCategoryData.h"
 #include "store_Database.h"
 #include "store_Model.h"
+
+struct odb_AssemblyData;
+
+// Finds the database's root assembly, where fields find their instances; null once the database
+// is gone.
+using odb_AssemblyLookup = std::function<std::shared_ptr<odb_AssemblyData>()>;
 
 struct odb_AssemblyData {
   std::shared_ptr<store_Database> store;
   // The database's parts, which instances place; owned by the database object.
   std::shared_ptr<odb_DiscretePartRepository> parts;
-  odb_DiscretePartRepository::CategoryLookup categories;
+  odb_CategoryLookup categories;
 
   bool instancesRead = false;
   odb_InstanceRepository instances;

@@ -46,7 +46,7 @@ struct odb_FieldData {
   std::string subject;
   int index = 0;
   // The database's assembly, where instances are found.
-  std::function<std::shared_ptr<odb_AssemblyData>()> assembly;
+  odb_AssemblyLookup assembly;
 
   bool blocksRead = false;
   std::vector<std::shared_ptr<odb_SubFieldData>> subFields;

@@ -50,16 +50,13 @@ Categories ReadStored(const std::shared_ptr<store_Database>& store) {
 
 }  // namespace
 
-odb_SectionCategoryRepository::odb_SectionCategoryRepository(std::shared_ptr<store_Database> store)
-    : m_store(std::move(store)) {}
-
 void odb_SectionCategoryRepository::Load() {
-  if (!m_store) return;
-  const Categories found =
-      odb_Reading("the section categories", [&] { return ReadStored(m_store); });
+  if (!ddb_DdbAccess::Store(m_ddb)) return;
+  const Categories found = odb_Reading("the section categories",
+                                       [&] { return ReadStored(ddb_DdbAccess::Store(m_ddb)); });
   for (const auto& entry : found)
     if (!isMember(entry.second->name))
-      insert(entry.second->name, odb_SectionCategory(entry.second));
+      insert(entry.second->name, odb_SectionCategoryAccess::Make(entry.second));
 }
 
 odb_SectionCategory& odb_SectionCategoryRepository::SectionCategory(const odb_String& name,
@@ -67,17 +64,18 @@ odb_SectionCategory& odb_SectionCategoryRepository::SectionCategory(const odb_St
   if (name.Empty())
     odb_ThrowMessage(odb_CatalogueMessage(odb_SectionCategory_INVALID_NAME), kSource, 54);
   if (isMember(name)) return get(name);
-  store_Database& store = odb_WritableStore(
-      m_store, "The section category repository belongs to no database.", kSource, 57);
+  store_Database& store =
+      odb_WritableStore(ddb_DdbAccess::Store(m_ddb),
+                        "The section category repository belongs to no database.", kSource, 57);
   store.Sql("INSERT INTO section_category(name, description) VALUES (?1, ?2)")
       .Bind(1, odb_ToText(name))
       .Bind(2, odb_ToText(description))
       .Run();
   auto data = std::make_shared<odb_SectionCategoryData>();
-  data->store = m_store;
+  data->store = ddb_DdbAccess::Store(m_ddb);
   data->id = sqlite3_last_insert_rowid(store.Connection());
   data->name = name;
   data->description = description;
-  insert(name, odb_SectionCategory(data));
+  insert(name, odb_SectionCategoryAccess::Make(data));
   return get(name);
 }

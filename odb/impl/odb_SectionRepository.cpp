@@ -53,15 +53,12 @@ odb_SequenceDouble DimensionsOf(const void* blob, int size) {
 
 }  // namespace
 
-odb_SectionRepository::odb_SectionRepository(std::shared_ptr<store_Database> store)
-    : m_store(std::move(store)) {}
-
 void odb_SectionRepository::Load() {
-  if (!m_store) return;
+  if (!ddb_DdbAccess::Store(m_ddb)) return;
   const char* what = "the sections";
   std::vector<std::shared_ptr<odb_SectionData>> found;
   odb_Reading(what, [&] {
-    store_Statement q = m_store->Sql(
+    store_Statement q = ddb_DdbAccess::Store(m_ddb)->Sql(
         "SELECT name, kind, material, coalesce(thickness, 0), coalesce(integration_points, 0), "
         "profile, dimensions FROM section");
     while (q.Step()) {
@@ -71,8 +68,8 @@ void odb_SectionRepository::Load() {
       auto data = std::make_shared<odb_SectionData>();
       data->name = name;
       data->kind = static_cast<odb_Section::Kind>(
-          odb_CheckedCode(*m_store, q.Int(1), odb_Section::HOMOGENEOUS_SOLID, odb_Section::BEAM,
-                          what, "section", "kind"));
+          odb_CheckedCode(*ddb_DdbAccess::Store(m_ddb), q.Int(1), odb_Section::HOMOGENEOUS_SOLID,
+                          odb_Section::BEAM, what, "section", "kind"));
       data->material = odb_FromText(q.Text(2));
       data->thickness = q.Double(3);
       data->integrationPoints = q.Int(4);
@@ -83,7 +80,7 @@ void odb_SectionRepository::Load() {
   });
   for (std::shared_ptr<odb_SectionData>& data : found) {
     const odb_String name = data->name;
-    if (!isMember(name)) insert(name, odb_Section(std::move(data)));
+    if (!isMember(name)) insert(name, odb_SectionAccess::Make(std::move(data)));
   }
 }
 
@@ -100,8 +97,8 @@ std::shared_ptr<odb_SectionData> odb_SectionRepository::NewSection(
 }
 
 odb_Section& odb_SectionRepository::Add(const std::shared_ptr<const odb_SectionData>& section) {
-  store_Database& store =
-      odb_WritableStore(m_store, "The section repository belongs to no database.", kSource, 88);
+  store_Database& store = odb_WritableStore(
+      ddb_DdbAccess::Store(m_ddb), "The section repository belongs to no database.", kSource, 88);
   const std::vector<unsigned char> dimensions = DimensionBytes(section->dimensions);
   // The values that the kind does not use are left unbound, which stores them as NULL.
   store_Statement q = store.Sql(
@@ -116,7 +113,7 @@ odb_Section& odb_SectionRepository::Add(const std::shared_ptr<const odb_SectionD
   if (section->kind == odb_Section::BEAM)
     q.BindBlob(7, dimensions.data(), static_cast<int>(dimensions.size()));
   q.Run();
-  insert(section->name, odb_Section(section));
+  insert(section->name, odb_SectionAccess::Make(section));
   return get(section->name);
 }
 

@@ -72,7 +72,7 @@ odb_Frame AppendFrame(odb_StepData& step, const store_FrameRecord& record) {
 }  // namespace
 
 odb_StepData::odb_StepData(std::shared_ptr<store_Database> db, const store_StepRecord& record,
-                           odb_StepRepository::AssemblyLookup assemblyLookup)
+                           odb_AssemblyLookup assemblyLookup)
     : store(std::move(db)),
       id(record.id),
       name(odb_FromText(record.name)),

@@ -10,13 +10,13 @@
 #include <memory>
 #include <vector>
 
+#include "odb_AssemblyData.h"
 #include "odb_Enum.h"
 #include "odb_Frame.h"
 #include "odb_FrameFields.h"
 #include "odb_HistoryRegion.h"
 #include "odb_LoadCase.h"
 #include "odb_Repository.h"
-#include "odb_StepRepository.h"
 #include "odb_String.h"
 #include "store_Database.h"
 
@@ -33,7 +33,7 @@ struct odb_StepData {
 
   bool framesRead = false;
   std::vector<store_FrameRecord> frames;
-  odb_StepRepository::AssemblyLookup assembly;
+  odb_AssemblyLookup assembly;
   // The fields of each frame, made on first use so that every handle on a frame shares them.
   mutable std::vector<std::shared_ptr<odb_FrameFields>> frameFields;
   std::shared_ptr<odb_FrameFields> FieldsOf(int frameIndex) const;
@@ -45,7 +45,7 @@ struct odb_StepData {
 
   // A step's data from its stored record; nothing of its frames is read.
   odb_StepData(std::shared_ptr<store_Database> db, const store_StepRecord& record,
-               odb_StepRepository::AssemblyLookup assembly = {});
+               odb_AssemblyLookup assembly = {});
 
   // Reads all frame records once; later calls do nothing.
   // "the WHAT of step 'NAME'", for damage found while reading them.

@@ -64,7 +64,7 @@ TEST_F(Database, GetFrameTakesTimesThatGoBackInCreationOrder) {
   EXPECT_EQ(odb.getFrame(3.0, odb_Enum::EXACT).frameIndex(), 3);
 }
 
-TEST_F(Database, StepCreatorAndSaveRefuseWithTheirMessages) {
+TEST_F(Database, CreatorsAndSaveRefuseWithTheirMessages) {
   std::string path = m_dir.file("a.odb");
   odb_Odb& odb = Odb("", "", "", path.c_str());
   EXPECT_EQ(MessageOf([&] { odb.Step("S2", "", odb_Enum::TIME, 1.0, "S1", "", 0.0); }),
@@ -72,6 +72,15 @@ TEST_F(Database, StepCreatorAndSaveRefuseWithTheirMessages) {
   odb.Step("S1", "", odb_Enum::TIME, 1.0, "", "", 0.0);
   EXPECT_EQ(MessageOf([&] { odb.Step("S1", "", odb_Enum::TIME, 1.0, "", "", 0.0); }),
             "A Step named \"S1\" already exists.");
+  odb.DiscretePart("P", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
+  const std::string partExists = "A part named \"P\" already exists.";
+  EXPECT_EQ(MessageOf([&] { odb.DiscretePart("P", odb_Enum::TWO_D_PLANAR, odb_Enum::EULERIAN); }),
+            partExists);
+  EXPECT_EQ(MessageOf([&] {
+              odb.parts().DiscretePart("P", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
+            }),
+            partExists)
+      << "the repository's own creator says the same";
   EXPECT_EQ(MessageOf([&] { odb.save(m_dir.file("elsewhere.odb").c_str()); }),
             "ODB not saved. Changing the path is not allowed.");
   EXPECT_FALSE(Exists(m_dir.file("elsewhere.odb")));
