@@ -42,7 +42,6 @@
 #include "odb_MaterialRepository.h"
 #include "odb_Mesh.h"
 #include "odb_MeshList.h"
-#include "odb_MeshSelection.h"
 #include "odb_Message.h"
 #include "odb_Node.h"
 #include "odb_Odb.h"

@@ -42,7 +42,6 @@ class QTVODB_EXPORT odb_Assembly {
  public:
   // An assembly of no database: it holds nothing and its creators throw.
   odb_Assembly();
-  explicit odb_Assembly(std::shared_ptr<odb_AssemblyData> data);
 
   odb_String name() const;
 
@@ -129,9 +128,11 @@ class QTVODB_EXPORT odb_Assembly {
   // The system of that name; throws "Key "NAME" not found in repository" when none.
   odb_DatumCsys& datumCsys(const odb_String& name) { return datumCsyses().get(name); }
 
-  const std::shared_ptr<odb_AssemblyData>& data() const { return m_data; }
-
  private:
+  friend struct odb_AssemblyAccess;
+
+  explicit odb_Assembly(std::shared_ptr<odb_AssemblyData> data);
+
   odb_Set& CreateSet(const odb_String& name, odb_Set::Type type,
                      const odb_SequenceString& instanceNames, const odb_SequenceSequenceInt& labels,
                      const odb_SequenceSequenceElementFace* faces);

@@ -65,7 +65,6 @@ class QTVODB_EXPORT odb_DatumCsys {
 
   // An unnamed fixed rectangular system on the global axes.
   odb_DatumCsys();
-  explicit odb_DatumCsys(std::shared_ptr<const odb_DatumCsysData> data);
 
   odb_String name() const;
   odb_Enum::odb_DatumCsysTypeEnum type() const;
@@ -82,9 +81,11 @@ class QTVODB_EXPORT odb_DatumCsys {
   odb_String instanceName() const;
   odb_SequenceInt nodeLabels() const;
 
-  const std::shared_ptr<const odb_DatumCsysData>& data() const { return m_data; }
-
  private:
+  friend struct odb_DatumCsysAccess;
+
+  explicit odb_DatumCsys(std::shared_ptr<const odb_DatumCsysData> data);
+
   std::shared_ptr<const odb_DatumCsysData> m_data;
 };
 

@@ -88,9 +88,9 @@ class QTVODB_EXPORT odb_DiscreteEntity {
   // The assignments in the order made.
   std::vector<odb_SectionAssignment> sectionAssignments() const;
 
-  const std::shared_ptr<odb_EntityData>& data() const { return m_data; }
-
  protected:
+  friend struct odb_DiscreteEntityAccess;
+
   odb_DiscreteEntity();
   explicit odb_DiscreteEntity(std::shared_ptr<odb_EntityData> data);
 

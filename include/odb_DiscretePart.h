@@ -48,7 +48,6 @@ class QTVODB_EXPORT odb_DiscretePart : public odb_DiscreteEntity {
  public:
   // A part of no database; the creators throw.
   odb_DiscretePart() = default;
-  explicit odb_DiscretePart(std::shared_ptr<odb_EntityData> data) : odb_DiscreteEntity(data) {}
 
   // Adds nodes: one row of coordinates per label, 3 floats in a three-dimensional part, 2 in a
   // planar or axisymmetric one. Checks, in order: "No node labels provided.", "Number of node
@@ -98,6 +97,11 @@ class QTVODB_EXPORT odb_DiscretePart : public odb_DiscreteEntity {
   odb_Set& ElementSet(const odb_String& name, const odb_SequenceInt& elementLabels);
   odb_Set& Surface(const odb_String& name, const odb_SequenceInt& elementLabels,
                    const odb_SequenceElementFace& faces);
+
+ private:
+  friend struct odb_DiscretePartAccess;
+
+  explicit odb_DiscretePart(std::shared_ptr<odb_EntityData> data) : odb_DiscreteEntity(data) {}
 };
 
 #endif

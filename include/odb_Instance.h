@@ -37,7 +37,6 @@ class QTVODB_EXPORT odb_Instance : public odb_DiscreteEntity {
  public:
   // An instance of no database; the creators throw.
   odb_Instance() = default;
-  explicit odb_Instance(std::shared_ptr<odb_EntityData> data) : odb_DiscreteEntity(data) {}
 
   // The name of the part placed.
   odb_String partName() const;
@@ -63,6 +62,11 @@ class QTVODB_EXPORT odb_Instance : public odb_DiscreteEntity {
                    const odb_SequenceElementFace& faces);
   odb_Set& Surface(const odb_String& name, const odb_SequenceElement& elements,
                    const odb_SequenceElementFace& faces);
+
+ private:
+  friend struct odb_InstanceAccess;
+
+  explicit odb_Instance(std::shared_ptr<odb_EntityData> data) : odb_DiscreteEntity(data) {}
 };
 
 using odb_InstanceRepository = odb_Repository<odb_String, odb_Instance>;

@@ -37,7 +37,6 @@ class QTVODB_EXPORT odb_Mesh {
  public:
   // A mesh of nothing: no nodes, no elements; label lookups throw "Invalid Node label".
   odb_Mesh() = default;
-  explicit odb_Mesh(std::shared_ptr<odb_MeshData> data);
 
   // The instance this mesh is seen through; empty for a part's own mesh.
   odb_String instanceName() const;
@@ -56,10 +55,13 @@ class QTVODB_EXPORT odb_Mesh {
   int nodePosition(int label) const;
   int elementPosition(int label) const;
 
-  const std::shared_ptr<odb_MeshData>& data() const { return m_data; }
   bool operator==(const odb_Mesh& other) const { return m_data == other.m_data; }
 
  private:
+  friend struct odb_MeshAccess;
+
+  explicit odb_Mesh(std::shared_ptr<odb_MeshData> data);
+
   std::shared_ptr<odb_MeshData> m_data;
 };
 

@@ -37,7 +37,6 @@ class QTVODB_EXPORT odb_Set {
 
   // An empty node set of no entity.
   odb_Set();
-  explicit odb_Set(std::shared_ptr<odb_SetData> data);
 
   odb_String name() const;
   Type type() const;
@@ -58,9 +57,11 @@ class QTVODB_EXPORT odb_Set {
   odb_SequenceElementFace faces() const;
   odb_SequenceElementFace faces(const odb_String& instanceName) const;
 
-  const std::shared_ptr<odb_SetData>& data() const { return m_data; }
-
  private:
+  friend struct odb_SetAccess;
+
+  explicit odb_Set(std::shared_ptr<odb_SetData> data);
+
   std::shared_ptr<odb_SetData> m_data;
 };
 

@@ -40,4 +40,12 @@ struct odb_AssemblyData {
                             const store_Placement& placement);
 };
 
+// Reaches the internals of assembly handles from the implementation.
+struct odb_AssemblyAccess {
+  static odb_Assembly Make(std::shared_ptr<odb_AssemblyData> data) {
+    return odb_Assembly(std::move(data));
+  }
+  static const std::shared_ptr<odb_AssemblyData>& Data(const odb_Assembly& a) { return a.m_data; }
+};
+
 #endif

@@ -1,3 +1,4 @@
+#include "odb_MeshData.h"
 #include "odb_DiscretePartRepository.h"
 
 #include "odb_Damage.h"
@@ -23,8 +24,8 @@ odb_DiscretePart MakePart(const odb_DiscretePartRepositoryData& parts, std::int6
   mesh->SetPartName(odb_ToText(name));
   data->mesh = std::make_shared<odb_MeshData>(std::move(mesh), name, odb_String(), nullptr,
                                               parts.categories);
-  data->meshes.append(odb_Mesh(data->mesh));
-  return odb_DiscretePart(data);
+  data->meshes.append(odb_MeshAccess::Make(data->mesh));
+  return odb_DiscretePartAccess::Make(data);
 }
 
 }  // namespace

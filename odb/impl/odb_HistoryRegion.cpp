@@ -1,3 +1,4 @@
+#include "odb_MeshData.h"
 #include "odb_HistoryRegion.h"
 
 #include <utility>
@@ -56,7 +57,7 @@ void AddResultsSet(store_Database& store, const odb_String& regionName,
   const odb_Set::Type type = node ? odb_Set::NODE_SET : odb_Set::ELEMENT_SET;
   const odb_String name = regionName + (node ? " results_nset" : " results_elset");
   const int label = node ? point.node().label() : point.element().label();
-  odb_EntityData& entity = *point.instance().data();
+  odb_EntityData& entity = *odb_DiscreteEntityAccess::Data(point.instance());
   if (!entity.mesh) {
     store_AddResultsSet(store, odb_ToText(point.instanceName()), type, odb_ToText(name), label);
     return;
@@ -69,7 +70,7 @@ void AddResultsSet(store_Database& store, const odb_String& regionName,
   set->type = type;
   set->internal = true;
   set->members.push_back(odb_SetData::MakeMember(entity.mesh, type, &label, 1, nullptr));
-  set->meshes.append(odb_Mesh(entity.mesh));
+  set->meshes.append(odb_MeshAccess::Make(entity.mesh));
   entity.AddSet(set);
 }
 

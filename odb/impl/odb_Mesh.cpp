@@ -1,3 +1,4 @@
+#include "odb_ElementAccess.h"
 #include "odb_Mesh.h"
 
 #include <cmath>
@@ -101,7 +102,7 @@ odb_Element odb_MeshData::ElementAt(int position, int label) {
   const int* nodes = &mesh->Connectivity()[block.connectivityStart +
                                            static_cast<std::size_t>(position - block.first) *
                                                block.nodesPerElement];
-  return odb_Element::FromLabels(label, position, nodes, block.nodesPerElement, m_blockTypes[b],
+  return odb_ElementAccess::FromLabels(label, position, nodes, block.nodesPerElement, m_blockTypes[b],
                                  m_blockCategories[b], m_blockGeometry[b], MeshIndex(),
                                  m_blockPoints[b], mesh);
 }

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "odb_Element.h"
+#include "odb_Mesh.h"
 #include "odb_Node.h"
 #include "odb_SectionCategoryData.h"
 #include "odb_String.h"
@@ -53,6 +54,12 @@ struct odb_MeshData {
   std::vector<odb_SectionCategory> m_blockCategories;
   std::vector<odb_Enum::odb_ElementGeometryClass> m_blockGeometry;
   std::vector<int> m_blockPoints;
+};
+
+// Reaches the internals of mesh handles from the implementation.
+struct odb_MeshAccess {
+  static odb_Mesh Make(std::shared_ptr<odb_MeshData> data) { return odb_Mesh(std::move(data)); }
+  static const std::shared_ptr<odb_MeshData>& Data(const odb_Mesh& m) { return m.m_data; }
 };
 
 #endif

@@ -53,7 +53,7 @@ odb_StepRepository Steps(const std::shared_ptr<odb_OdbData>& d) {
   std::weak_ptr<odb_OdbData> owner = d;
   return odb_StepRepositoryAccess::Make(d->ddb, [owner]() -> std::shared_ptr<odb_AssemblyData> {
     std::shared_ptr<odb_OdbData> data = owner.lock();
-    return data ? odb_OdbAccess::Make(data).rootAssembly().data() : nullptr;
+    return data ? odb_AssemblyAccess::Data(odb_OdbAccess::Make(data).rootAssembly()) : nullptr;
   });
 }
 
@@ -184,7 +184,7 @@ odb_Assembly& odb_Odb::rootAssembly() {
     parts();
     data->parts = d.parts;
     data->categories = CategoryLookup(m_data);
-    d.rootAssembly = std::make_unique<odb_Assembly>(data);
+    d.rootAssembly = std::make_unique<odb_Assembly>(odb_AssemblyAccess::Make(data));
   }
   return *d.rootAssembly;
 }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "MeshFile.h"
+#include "odb_ElementAccess.h"
 
 namespace {
 
@@ -237,8 +238,9 @@ TEST_F(PartElements, ReadBackInNodeLabelsWithTheirTypeClassAndCategory) {
   EXPECT_EQ(user.integrationPoints(), 1);
 
   int positions[] = {5, 4, 1};
-  odb_Element fromPositions(7, 2, positions, 3, "S3", category, odb_Enum::GEOMETRY_SHELL,
-                            quad.meshIndex(), 1, quad.nodeList());
+  odb_Element fromPositions =
+      odb_ElementAccess::FromPositions(7, 2, positions, 3, "S3", category, odb_Enum::GEOMETRY_SHELL,
+                                       quad.meshIndex(), 1, odb_ElementAccess::NodeList(quad));
   EXPECT_EQ(fromPositions.connectivity(), Ints({6, 5, 2}));
 }
 

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include "odb_ElementAccess.h"
 #include "MeshFile.h"
 #include "store_PageChecksum.h"
 
@@ -31,7 +32,7 @@ TEST_F(Mesh, MeshListFindsTheLastMeshOfAPartAndConnectivityPositions) {
   odb_Element element = part.getElementFromLabel(20);
   EXPECT_EQ(assembly.meshes().ConnIndicesForEl(element), Ints({1, 2, 5, 4}));
   EXPECT_EQ(MessageOf([&] { odb_MeshList().ConnIndicesForEl(element); }), "Element not found.");
-  odb_Element stranger = odb_Element::FromLabels(99, 0, nullptr, 0, "S4R", odb_SectionCategory(),
+  odb_Element stranger = odb_ElementAccess::FromLabels(99, 0, nullptr, 0, "S4R", odb_SectionCategory(),
                                                  odb_Enum::GEOMETRY_SHELL, index, 1, nullptr);
   EXPECT_EQ(MessageOf([&] { part.meshes().ConnIndicesForEl(stranger); }),
             "Element index not found.");
