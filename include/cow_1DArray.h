@@ -17,7 +17,6 @@
 #define COW_1DARRAY_H
 
 #include <cstdint>
-#include <cstring>
 
 #include "cow_Assert.h"
 #include "mem_Malloc.h"
@@ -50,9 +49,8 @@ class QTVODB_EXPORT cow_1DArray {
   explicit cow_1DArray(int n)
       : m_slots(16), m_shift(4), m_end(n > 0 ? n : 0), m_tableCount(new int(1)) {
     if (n > 0) {
-      float f = static_cast<float>(n);
-      std::uint32_t bits;
-      std::memcpy(&bits, &f, sizeof bits);
+      // The exponent and leading mantissa bits of n as a float size the blocks and the table.
+      const std::uint32_t bits = __builtin_bit_cast(std::uint32_t, static_cast<float>(n));
       int e = static_cast<int>(bits >> 23) - 130;
       if (e > 4) {
         m_shift = e;
@@ -60,7 +58,7 @@ class QTVODB_EXPORT cow_1DArray {
       }
     }
     m_table = static_cast<Block**>(mem_Malloc(sizeof(Block*) * m_slots));
-    std::memset(m_table, 0, sizeof(Block*) * m_slots);
+    for (int s = 0; s < m_slots; ++s) m_table[s] = nullptr;
   }
 
   cow_1DArray(const cow_1DArray& other)
@@ -232,7 +230,7 @@ class QTVODB_EXPORT cow_1DArray {
     --*m_tableCount;
     m_tableCount = new int(1);
     Block** table = static_cast<Block**>(mem_Malloc(sizeof(Block*) * (m_slots > 0 ? m_slots : 1)));
-    if (m_slots > 0) std::memcpy(table, m_table, sizeof(Block*) * m_slots);
+    for (int s = 0; s < m_slots; ++s) table[s] = m_table[s];
     m_table = table;
     for (int b = BlockOf(m_head), e = BlocksUsed(); b < e; ++b)
       if (m_table[b]) ++m_table[b]->count;
@@ -240,7 +238,7 @@ class QTVODB_EXPORT cow_1DArray {
 
   void GrowTable(int slots) {
     m_table = static_cast<Block**>(mem_Realloc(m_table, sizeof(Block*) * slots));
-    std::memset(m_table + m_slots, 0, sizeof(Block*) * (slots - m_slots));
+    for (int s = m_slots; s < slots; ++s) m_table[s] = nullptr;
     m_slots = slots;
   }
 

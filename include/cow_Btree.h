@@ -16,16 +16,22 @@
 #ifndef COW_BTREE_H
 #define COW_BTREE_H
 
-#include <cstring>
-
 #include "odb_Export.h"
 #include "odb_String.h"
 
+// Byte order of two texts, as strcmp gives it.
+inline int cow_BtreeCompare(const char* a, const char* b) {
+  while (*a && *a == *b) {
+    ++a;
+    ++b;
+  }
+  return static_cast<unsigned char>(*a) - static_cast<unsigned char>(*b);
+}
 inline int cow_BtreeCompare(const odb_String& a, const odb_String& b) {
-  return std::strcmp(a.CStr(), b.CStr());
+  return cow_BtreeCompare(a.CStr(), b.CStr());
 }
 inline int cow_BtreeCompare(const cow_String& a, const cow_String& b) {
-  return std::strcmp(a.CStr(), b.CStr());
+  return cow_BtreeCompare(a.CStr(), b.CStr());
 }
 // The key a new node keeps. String keys get characters of their own, allocated right after the
 // node, so that a search reads each node's key from memory next to the node instead of

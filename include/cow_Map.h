@@ -12,12 +12,10 @@
 #ifndef COW_MAP_H
 #define COW_MAP_H
 
-#include <string>
-#include <vector>
-
 #include "cow_Assert.h"
 #include "cow_COW.h"
 #include "odb_Export.h"
+#include "uti_Array.h"
 
 template <class K, class V>
 struct QTVODB_EXPORT cow_MapNode {
@@ -111,8 +109,12 @@ class QTVODB_EXPORT cow_Map {
     return value;
   }
   static bool Same(const K& a, const K& b) {
-    return a.Length() == b.Length() &&
-           std::char_traits<char>::compare(a.CStr(), b.CStr(), a.Length()) == 0;
+    if (a.Length() != b.Length()) return false;
+    const char* x = a.CStr();
+    const char* y = b.CStr();
+    for (auto n = a.Length(); n > 0; --n)
+      if (*x++ != *y++) return false;
+    return true;
   }
   static int Branch(const K& key, int d) {
     int length = static_cast<int>(key.Length());
@@ -190,7 +192,7 @@ class QTVODB_EXPORT cow_MapIter {
   }
 
   cow_Map<K, V> m_map;
-  std::vector<const Node*> m_nodes;
+  uti_Array<const Node*> m_nodes;
   int m_cursor = 0;
 };
 

@@ -11,7 +11,6 @@
 
 #include <cstddef>
 #include <memory>
-#include <vector>
 
 #include "odb_ArrayView.h"
 #include "odb_Element.h"
@@ -25,6 +24,7 @@
 #include "odb_SequenceNode.h"
 #include "odb_Set.h"
 #include "odb_String.h"
+#include "uti_Array.h"
 
 struct odb_EntityData;
 
@@ -86,7 +86,7 @@ class QTVODB_EXPORT odb_DiscreteEntity {
   // ("Section assignment requires element sets." otherwise); stored at once.
   void assignSection(const odb_Set& region, const odb_Section& section);
   // The assignments in the order made.
-  std::vector<odb_SectionAssignment> sectionAssignments() const;
+  uti_Array<odb_SectionAssignment> sectionAssignments() const;
 
  protected:
   friend struct odb_DiscreteEntityAccess;

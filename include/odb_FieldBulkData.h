@@ -12,7 +12,6 @@
 #define ODB_FIELDBULKDATA_H
 
 #include <memory>
-#include <vector>
 
 #include "odb_ArrayView.h"
 #include "odb_Enum.h"
@@ -20,6 +19,7 @@
 #include "odb_Instance.h"
 #include "odb_SectionPoint.h"
 #include "odb_String.h"
+#include "uti_Array.h"
 
 struct odb_SubFieldData;
 
@@ -27,7 +27,6 @@ class QTVODB_EXPORT odb_FieldBulkData {
  public:
   // An empty block.
   odb_FieldBulkData() = default;
-  explicit odb_FieldBulkData(std::shared_ptr<odb_SubFieldData> block);
 
   odb_Enum::odb_ResultPositionEnum position() const;
   odb_Enum::odb_DataTypeEnum type() const;
@@ -71,9 +70,10 @@ class QTVODB_EXPORT odb_FieldBulkData {
   void readConjugateData(odb_MutableArrayView<float> into) const;
   void readLocalCoordSystem(odb_MutableArrayView<float> into) const;
 
-  const std::shared_ptr<odb_SubFieldData>& block() const { return m_block; }
-
  private:
+  friend struct odb_FieldBulkDataAccess;
+
+  explicit odb_FieldBulkData(std::shared_ptr<odb_SubFieldData> block);
   odb_SubFieldData& Block() const;
   // The block's description, refused when faulty, without reading its arrays.
   odb_SubFieldData& Described() const;
@@ -85,7 +85,7 @@ class QTVODB_EXPORT odb_FieldBulkData {
 class QTVODB_EXPORT odb_SequenceFieldBulkData {
  public:
   odb_SequenceFieldBulkData() = default;
-  int size() const { return static_cast<int>(m_blocks.size()); }
+  int size() const { return m_blocks.size(); }
   bool isEmpty() const { return m_blocks.empty(); }
   // Block i, 0-based; throws "Index out of range." outside 0..size()-1.
   const odb_FieldBulkData& get(int i) const { return constGet(i); }
@@ -95,7 +95,7 @@ class QTVODB_EXPORT odb_SequenceFieldBulkData {
   void clearAll() { m_blocks.clear(); }
 
  private:
-  std::vector<odb_FieldBulkData> m_blocks;
+  uti_Array<odb_FieldBulkData> m_blocks;
 };
 
 #endif

@@ -92,7 +92,6 @@ class QTVODB_EXPORT odb_FieldOutput {
  public:
   // An empty orphan field: no name, SCALAR, no data.
   odb_FieldOutput();
-  explicit odb_FieldOutput(std::shared_ptr<odb_FieldData> data);
   // A detached field of the given definition (a computed field's start); an orphan.
   odb_FieldOutput(const odb_String& name, const odb_String& description,
                   odb_Enum::odb_DataTypeEnum type, const odb_SequenceString& componentLabels,
@@ -227,9 +226,10 @@ class QTVODB_EXPORT odb_FieldOutput {
   // 3 floats, used as given).
   odb_FieldOutput getTransformedField(const odb_SequenceSequenceFloat& axes) const;
 
-  const std::shared_ptr<odb_FieldData>& data() const { return m_data; }
-
  private:
+  friend struct odb_FieldOutputAccess;
+
+  explicit odb_FieldOutput(std::shared_ptr<odb_FieldData> data);
   std::shared_ptr<odb_FieldData> m_data;
 };
 

@@ -43,8 +43,6 @@ class QTVODB_EXPORT odb_Frame {
  public:
   // An empty handle.
   odb_Frame() = default;
-  // Used by the step and its frame sequence; `data` is never changed afterwards.
-  explicit odb_Frame(std::shared_ptr<const odb_FrameData> data);
 
   // The index of the frame in its step, 0 for the first, in creation order; -1 when empty.
   int frameIndex() const;
@@ -104,6 +102,9 @@ class QTVODB_EXPORT odb_Frame {
   bool isEmpty() const { return !m_data; }
 
  private:
+  friend struct odb_FrameAccess;
+
+  explicit odb_Frame(std::shared_ptr<const odb_FrameData> data);
   const odb_FrameData& Data() const;
 
   std::shared_ptr<const odb_FrameData> m_data;

@@ -76,8 +76,6 @@ class QTVODB_EXPORT odb_HistoryOutput {
   odb_HistoryOutput(const odb_String& name, const odb_String& description,
                     odb_Enum::odb_DataTypeEnum type, const odb_SequenceSequenceFloat& data,
                     const odb_SequenceSequenceFloat& conjugateData = odb_SequenceSequenceFloat());
-  // Used by regions.
-  explicit odb_HistoryOutput(std::shared_ptr<odb_HistoryOutputData> data);
 
   odb_String name() const;
   odb_String description() const;
@@ -107,6 +105,9 @@ class QTVODB_EXPORT odb_HistoryOutput {
   odb_HistoryOutput getSubset(double start, double end) const;
 
  private:
+  friend struct odb_HistoryOutputAccess;
+
+  explicit odb_HistoryOutput(std::shared_ptr<odb_HistoryOutputData> data);
   // The pairs with start < time, and time < end when `bounded`.
   odb_HistoryOutput Subset(double start, double end, bool bounded) const;
 

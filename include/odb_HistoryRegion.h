@@ -48,7 +48,6 @@ class QTVODB_EXPORT odb_HistoryRegion {
  public:
   // An empty orphan region.
   odb_HistoryRegion();
-  explicit odb_HistoryRegion(std::shared_ptr<odb_HistoryRegionData> data);
 
   odb_String name() const;
   odb_String description() const;
@@ -86,6 +85,9 @@ class QTVODB_EXPORT odb_HistoryRegion {
   odb_HistoryRegion getSubset(const odb_String& outputName) const;
 
  private:
+  friend struct odb_HistoryRegionAccess;
+
+  explicit odb_HistoryRegion(std::shared_ptr<odb_HistoryRegionData> data);
   odb_HistoryRegion Subset(double start, double end, bool bounded) const;
 
   std::shared_ptr<odb_HistoryRegionData> m_data;

@@ -54,8 +54,6 @@ class QTVODB_EXPORT odb_Step {
 
   // An empty handle: it belongs to no database, has no frames and refuses the creators.
   odb_Step();
-  // Used by the step repository.
-  explicit odb_Step(std::shared_ptr<odb_StepData> data);
 
   odb_String name() const;
   odb_String description() const;
@@ -138,6 +136,9 @@ class QTVODB_EXPORT odb_Step {
   bool isEmpty() const { return !m_data; }
 
  private:
+  friend struct odb_StepAccess;
+
+  explicit odb_Step(std::shared_ptr<odb_StepData> data);
   std::shared_ptr<odb_StepData> m_data;
   odb_SequenceFrame m_frames;
 };

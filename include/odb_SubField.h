@@ -32,7 +32,6 @@
 #define ODB_SUBFIELD_H
 
 #include <memory>
-#include <vector>
 
 #include "odb_Enum.h"
 #include "odb_Export.h"
@@ -40,6 +39,7 @@
 #include "odb_SectionPoint.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
+#include "uti_Array.h"
 #include "uti_LabelMap.h"
 
 // The messages of reading and transforming sub-fields (keys odb_SubField_MSGID_00.._29).
@@ -86,7 +86,6 @@ struct odb_SubFieldData;
 class QTVODB_EXPORT odb_SubField {
  public:
   odb_SubField() = default;
-  explicit odb_SubField(std::shared_ptr<odb_SubFieldData> data);
 
   odb_Enum::odb_ResultPositionEnum position() const;
   odb_Enum::odb_DataTypeEnum type() const;
@@ -106,12 +105,13 @@ class QTVODB_EXPORT odb_SubField {
   // centroid values derived from integration points), each of which spans several locations.
   odb_SequenceInt getSubsetIndices() const;
 
-  const std::shared_ptr<odb_SubFieldData>& data() const { return m_data; }
-
  private:
+  friend struct odb_SubFieldAccess;
+
+  explicit odb_SubField(std::shared_ptr<odb_SubFieldData> data);
   std::shared_ptr<odb_SubFieldData> m_data;
 };
 
-using odb_SequenceSubField = std::vector<odb_SubField>;
+using odb_SequenceSubField = uti_Array<odb_SubField>;
 
 #endif

@@ -118,8 +118,8 @@ class QTVODB_EXPORT thr_GlobalSingletonBase {
   static thr_GlobalSingletonBase* Load(thr_GlobalSingletonBase* const* slot) {
     return __atomic_load_n(slot, __ATOMIC_ACQUIRE);
   }
-  static void Store(thr_GlobalSingletonBase** slot, thr_GlobalSingletonBase* value) {
-    __atomic_store_n(slot, value, __ATOMIC_RELEASE);
+  static void Publish(thr_GlobalSingletonBase** slot, thr_GlobalSingletonBase* value) {
+    (void)__atomic_exchange_n(slot, value, __ATOMIC_RELEASE);
   }
   // Sets *slot to `to` if it holds `from`; false, changing nothing, otherwise.
   static bool Exchange(thr_GlobalSingletonBase** slot, thr_GlobalSingletonBase* from,
@@ -152,7 +152,7 @@ class QTVODB_EXPORT thr_GlobalSingleton : public thr_GlobalSingletonBase<Class> 
       published = Base::Load(&Base::s_published);
       if (!published) {
         published = new Class();
-        Base::Store(&Base::s_published, published);
+        Base::Publish(&Base::s_published, published);
       }
     }
     Class* instance = static_cast<Class*>(published);

@@ -23,8 +23,6 @@
 #ifndef UTI_LABELMAP_H
 #define UTI_LABELMAP_H
 
-#include <cstring>
-
 #include "cow_Assert.h"
 #include "odb_Export.h"
 
@@ -53,7 +51,7 @@ class QTVODB_EXPORT uti_LabelMap {
   // null) key reports the resource-string assertion, leaves `code` alone and returns false.
   static bool CodeOfResource(const char* key, Enm& code) {
     for (const uti_LabelRow<Enm>* row = Rows(); !IsEnd(*row); ++row) {
-      if (key && row->key && std::strcmp(row->key, key) == 0) {
+      if (key && row->key && SameKey(row->key, key)) {
         code = row->code;
         return true;
       }
@@ -76,6 +74,13 @@ class QTVODB_EXPORT uti_LabelMap {
 
  private:
   static const uti_LabelRow<Enm>* Rows() { return uti_LabelTable<Enm, Table>::rows; }
+  static bool SameKey(const char* a, const char* b) {
+    while (*a && *a == *b) {
+      ++a;
+      ++b;
+    }
+    return *a == *b;
+  }
   static bool IsEnd(const uti_LabelRow<Enm>& row) { return !row.text && !row.key; }
   // The row of `code`, or, after reporting the label-string assertion, a row of empty texts.
   static const uti_LabelRow<Enm>& FoundRow(Enm code) {

@@ -1,6 +1,3 @@
-#include "odb_MeshSelection.h"
-#include "odb_MeshData.h"
-#include "odb_SetData.h"
 #include "odb_DiscreteEntity.h"
 
 #include <algorithm>
@@ -10,7 +7,10 @@
 #include "odb_EntityData.h"
 #include "odb_Exception.h"
 #include "odb_Instance.h"
+#include "odb_MeshData.h"
+#include "odb_MeshSelection.h"
 #include "odb_Message.h"
+#include "odb_SetData.h"
 #include "odb_Util.h"
 
 namespace {
@@ -118,7 +118,8 @@ const odb_SequenceNode& odb_DiscreteEntity::nodes() const {
 
 const odb_SequenceElement& odb_DiscreteEntity::elements() const {
   odb_EntityData& d = *m_data;
-  if (d.mesh && (!odb_SequenceElementAccess::Mesh(d.elements) || d.elements.size() != d.mesh->ElementCount()))
+  if (d.mesh &&
+      (!odb_SequenceElementAccess::Mesh(d.elements) || d.elements.size() != d.mesh->ElementCount()))
     d.elements = odb_SequenceElementAccess::Make(d.mesh);
   return d.elements;
 }
@@ -198,7 +199,10 @@ void odb_DiscreteEntity::assignSection(const odb_Set& region, const odb_Section&
   m_data->assignments.push_back({region.name(), section.name()});
 }
 
-std::vector<odb_SectionAssignment> odb_DiscreteEntity::sectionAssignments() const {
+uti_Array<odb_SectionAssignment> odb_DiscreteEntity::sectionAssignments() const {
   m_data->ReadAssignments();
-  return m_data->assignments;
+  const std::vector<odb_SectionAssignment>& held = m_data->assignments;
+  uti_Array<odb_SectionAssignment> assignments;
+  assignments.append(held.data(), held.data() + held.size());
+  return assignments;
 }

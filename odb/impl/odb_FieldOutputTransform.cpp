@@ -37,7 +37,7 @@ bool Given(const odb_FieldOutput& field) {
 // `width` components unless `width` is 0.
 bool WholeNodalVector(const odb_FieldOutput& field, int width) {
   if (field.IsOrphan() || field.type() != odb_Enum::VECTOR) return false;
-  odb_FieldData& data = *field.data();
+  odb_FieldData& data = *odb_FieldOutputAccess::Data(field);
   data.ReadBlocks();
   for (const auto& sub : data.subFields)
     if (sub->position != odb_Enum::NODAL || (width && sub->width != width)) return false;
@@ -165,8 +165,10 @@ odb_FieldOutput odb_FieldOutput::getTransformedField(const odb_DatumCsys& system
   if (deformed && !WholeNodalVector(deformationField, 0))
     Fail(odb_FieldOutput_DEFORMATION_KIND, 166);
   if (rotated && !WholeNodalVector(rotationField, 3)) FailCsys(odb_DatumCsys_ROTATION_KIND, 167);
-  odb_NodeMotion deformation(deformed ? deformationField.data() : nullptr, "deformation");
-  odb_NodeMotion rotation(rotated ? rotationField.data() : nullptr, "rotation");
+  odb_NodeMotion deformation(deformed ? odb_FieldOutputAccess::Data(deformationField) : nullptr,
+                             "deformation");
+  odb_NodeMotion rotation(rotated ? odb_FieldOutputAccess::Data(rotationField) : nullptr,
+                          "rotation");
   double origin[3], axes[9];
   PlaceSystem(csys, deformation, rotation, origin, axes);
 

@@ -1,4 +1,3 @@
-#include "odb_MeshData.h"
 #include "odb_HistoryRegion.h"
 
 #include <utility>
@@ -8,6 +7,7 @@
 #include "odb_EntityData.h"
 #include "odb_Exception.h"
 #include "odb_HistoryData.h"
+#include "odb_MeshData.h"
 #include "odb_Message.h"
 #include "odb_SetData.h"
 #include "odb_Step.h"
@@ -45,7 +45,7 @@ odb_HistoryOutput AttachedOutput(const std::shared_ptr<store_Database>& store,
   data->type = static_cast<odb_Enum::odb_DataTypeEnum>(record.type);
   data->store = store;
   data->series = std::make_shared<store_HistorySeries>(store, record.id);
-  return odb_HistoryOutput(std::move(data));
+  return odb_HistoryOutputAccess::Make(std::move(data));
 }
 
 // Gives the point's instance the internal one-member set that names the node or element whose
@@ -90,7 +90,7 @@ odb_HistoryOutput DetachedCopy(const odb_HistoryOutput& output) {
   conjugatePairs->values.assign(conjugate.values(), conjugate.values() + conjugate.size());
   data->pairs = std::move(pairs);
   data->conjugate = std::move(conjugatePairs);
-  return odb_HistoryOutput(std::move(data));
+  return odb_HistoryOutputAccess::Make(std::move(data));
 }
 
 bool NeedsResultsSet(odb_Enum::odb_ResultPositionEnum position) {
@@ -197,7 +197,7 @@ odb_HistoryRegion odb_HistoryRegion::getSubset(const odb_String& outputName) con
   subset->point = m_data->point;
   subset->loadCase = m_data->loadCase;
   subset->outputs.insert(outputName, DetachedCopy(output));
-  return odb_HistoryRegion(std::move(subset));
+  return odb_HistoryRegionAccess::Make(std::move(subset));
 }
 
 odb_HistoryRegion odb_HistoryRegion::Subset(double start, double end, bool bounded) const {
@@ -211,7 +211,7 @@ odb_HistoryRegion odb_HistoryRegion::Subset(double start, double end, bool bound
     subset->outputs.insert(it.currentKey(),
                            bounded ? output.getSubset(start, end) : output.getSubset(start));
   }
-  return odb_HistoryRegion(std::move(subset));
+  return odb_HistoryRegionAccess::Make(std::move(subset));
 }
 
 void odb_ReadHistoryRegions(odb_StepData& step) {
@@ -237,7 +237,7 @@ void odb_ReadHistoryRegions(odb_StepData& step) {
       if (!record.loadCase.empty()) data->loadCase = odb_LoadCase(odb_FromText(record.loadCase));
       data->store = step.store;
       data->id = record.id;
-      step.historyRegions.insert(data->name, odb_HistoryRegion(data));
+      step.historyRegions.insert(data->name, odb_HistoryRegionAccess::Make(data));
     }
   }
   step.historyRegionsRead = true;
@@ -300,6 +300,6 @@ odb_HistoryRegion& odb_AddHistoryRegion(odb_StepData& step, const odb_String& na
   record.loadCase = odb_ToText(loadCase.name());
   record.point = odb_HistoryPointAccess::ToRecord(data->point);
   data->id = store_AddHistoryRegion(store, step.id, record);
-  step.historyRegions.insert(data->name, odb_HistoryRegion(data));
+  step.historyRegions.insert(data->name, odb_HistoryRegionAccess::Make(data));
   return step.historyRegions.get(data->name);
 }

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "odb_AssemblyData.h"
@@ -17,6 +18,8 @@
 #include "odb_HistoryRegion.h"
 #include "odb_LoadCase.h"
 #include "odb_Repository.h"
+#include "odb_SequenceFrame.h"
+#include "odb_Step.h"
 #include "odb_String.h"
 #include "store_Database.h"
 
@@ -66,6 +69,16 @@ struct odb_StepData {
   // caller).
   odb_Frame& KeptFrame(int i) const;
   mutable std::vector<std::unique_ptr<odb_Frame>> keptFrames;
+};
+
+// Makes step handles and their frame sequences from the implementation.
+struct odb_StepAccess {
+  static odb_Step Make(std::shared_ptr<odb_StepData> data) { return odb_Step(std::move(data)); }
+};
+struct odb_SequenceFrameAccess {
+  static odb_SequenceFrame Make(std::shared_ptr<odb_StepData> step) {
+    return odb_SequenceFrame(std::move(step));
+  }
 };
 
 #endif

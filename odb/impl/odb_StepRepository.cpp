@@ -52,8 +52,8 @@ void odb_StepRepository::Load() {
   for (const store_StepRecord& record : StoredSteps(*m_data->store)) {
     const odb_String name = odb_FromText(record.name);
     if (!isMember(name))
-      append(name,
-             odb_Step(std::make_shared<odb_StepData>(m_data->store, record, m_data->assembly)));
+      append(name, odb_StepAccess::Make(
+                       std::make_shared<odb_StepData>(m_data->store, record, m_data->assembly)));
   }
 }
 
@@ -75,7 +75,8 @@ odb_Step& odb_StepRepository::AddStep(const odb_String& name, const odb_String& 
   record.previousStepName = odb_ToText(previousStepName);
   record.procedure = odb_ToText(procedure);
   m_data->store->AddStep(record);  // sets record.id
-  append(name, odb_Step(std::make_shared<odb_StepData>(m_data->store, record, m_data->assembly)));
+  append(name, odb_StepAccess::Make(
+                   std::make_shared<odb_StepData>(m_data->store, record, m_data->assembly)));
   return get(name);
 }
 
@@ -86,8 +87,8 @@ bool odb_StepRepository::Update() {
   for (const store_StepRecord& record : StoredSteps(*m_data->store)) {
     const odb_String name = odb_FromText(record.name);
     if (!isMember(name)) {
-      append(name,
-             odb_Step(std::make_shared<odb_StepData>(m_data->store, record, m_data->assembly)));
+      append(name, odb_StepAccess::Make(
+                       std::make_shared<odb_StepData>(m_data->store, record, m_data->assembly)));
       found = true;
     } else if (get(name).update()) {
       found = true;

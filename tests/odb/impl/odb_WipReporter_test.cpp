@@ -12,6 +12,12 @@
 
 namespace {
 
+odb_SequenceString Texts(std::initializer_list<const char*> texts) {
+  odb_SequenceString list;
+  for (const char* t : texts) list.append(t);
+  return list;
+}
+
 // Restores the process-wide progress switch that a test flips.
 class ProgressSwitch {
  public:
@@ -28,7 +34,7 @@ TEST(WipReporter, ErrorLineIsWrittenBeforeTheExceptionLeaves) {
   std::ostringstream out;
   odb_WipReporter reporter(out);
   try {
-    reporter.Error(std::vector<odb_String>{"first", "second"});
+    reporter.Error(Texts({"first", "second"}));
     FAIL() << "Error returned";
   } catch (const odb_Exception& e) {
     EXPECT_EQ(out.str(), "ERROR: first\n");
@@ -54,7 +60,7 @@ TEST(WipReporter, LandmarkOnlyWhileProgressIsOnWarningsAlways) {
   reporter.Warning("w1");
   odb_WipReporter::GenerateWipMessages(true);
   reporter.Landmark("shown");
-  reporter.Warning(std::vector<odb_String>{"w2", "ignored"});
+  reporter.Warning(Texts({"w2", "ignored"}));
   EXPECT_EQ(out.str(), "Warning: w1\nLandmark: shown\nWarning: w2\n");
 
   reporter.SetOutput(odb_WipReporter::WARNING_LINES, false);
@@ -70,7 +76,7 @@ TEST(WipReporter, UnimplementedOperationsReportTheirAssertions) {
   AssertRecorder recorder;
   reporter.Verbose("v");
   reporter.Print("p");
-  reporter.Print(std::vector<odb_String>{"p"});
+  reporter.Print(Texts({"p"}));
   EXPECT_FALSE(reporter.Interrupted());
   reporter.CommandDone();
   reporter.InterruptedThrow();
@@ -125,13 +131,13 @@ TEST(WipFrontEnd, ForwardsToTheReporterOfItsOwnThreadOnly) {
 class ListeningReporter : public wip_WipReporter {
  public:
   void Error(const odb_String& text) override { errors.push_back(text); }
-  void Error(const std::vector<odb_String>& texts) override { Error(texts.at(0)); }
+  void Error(const odb_SequenceString& texts) override { Error(texts[0]); }
   void Warning(const odb_String&) override {}
-  void Warning(const std::vector<odb_String>&) override {}
+  void Warning(const odb_SequenceString&) override {}
   void Landmark(const odb_String&) override {}
   void Verbose(const odb_String&) override {}
   void Print(const odb_String&) override {}
-  void Print(const std::vector<odb_String>&) override {}
+  void Print(const odb_SequenceString&) override {}
   bool Interrupted() override { return false; }
   void CommandDone() override {}
   void InterruptedThrow() override {}
@@ -143,7 +149,7 @@ TEST(WipFrontEnd, ErrorThrowsWhenTheInstalledReporterReturns) {
   ListeningReporter reporter;
   wip_WIP& wip = thr_ThreadSingleton<wip_WIP>::Instance();
   wip_WipReporter* previous = wip.Install(&reporter);
-  EXPECT_THROW(wip.Error(std::vector<odb_String>{"first", "second"}), odb_Exception);
+  EXPECT_THROW(wip.Error(Texts({"first", "second"})), odb_Exception);
   wip.Install(previous);
   ASSERT_EQ(reporter.errors.size(), 1u);
   EXPECT_STREQ(reporter.errors[0].CStr(), "first");
