@@ -15,6 +15,7 @@
 #include "odb_Enum.h"
 #include "odb_Frame.h"
 #include "odb_FrameFields.h"
+#include "odb_HistoryPoint.h"
 #include "odb_HistoryRegion.h"
 #include "odb_LoadCase.h"
 #include "odb_Repository.h"
@@ -70,6 +71,14 @@ struct odb_StepData {
   odb_Frame& KeptFrame(int i) const;
   mutable std::vector<std::unique_ptr<odb_Frame>> keptFrames;
 };
+
+// The step's history regions, read from the file once (odb_StepHistory.cpp).
+void odb_ReadHistoryRegions(odb_StepData& step);
+// Stores a new region of the step and records it; see odb_Step::HistoryRegion.
+odb_HistoryRegion& odb_AddHistoryRegion(odb_StepData& step, const odb_String& name,
+                                        const odb_String& description,
+                                        const odb_HistoryPoint& point,
+                                        const odb_LoadCase& loadCase);
 
 // Makes step handles and their frame sequences from the implementation.
 struct odb_StepAccess {

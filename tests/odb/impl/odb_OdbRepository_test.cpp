@@ -14,7 +14,7 @@
 
 namespace {
 
-using Registry = OdbSession;
+using OdbRepository = OdbSession;
 
 void SetSchemaVersion(const std::string& path, int version) {
   std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
@@ -23,7 +23,7 @@ void SetSchemaVersion(const std::string& path, int version) {
     file.put(static_cast<char>((version >> shift) & 0xFF));
 }
 
-TEST_F(Registry, CreatedDatabaseIsLockedSavedClosedAndReopened) {
+TEST_F(OdbRepository, CreatedDatabaseIsLockedSavedClosedAndReopened) {
   std::string path = m_dir.file("beam.odb");
   odb_Odb& odb = Odb("", "Cantilever", "a test beam", path.c_str());
   EXPECT_STREQ(odb.name().CStr(), path.c_str()) << "the path is the name when none is given";
@@ -46,7 +46,7 @@ TEST_F(Registry, CreatedDatabaseIsLockedSavedClosedAndReopened) {
   EXPECT_EQ(TakeWarnings(), "");
 }
 
-TEST_F(Registry, ClosingWithoutSavingKeepsTheLastSavedState) {
+TEST_F(OdbRepository, ClosingWithoutSavingKeepsTheLastSavedState) {
   std::string path = m_dir.file("a.odb");
   odb_Odb& odb = Odb("a", "", "", path.c_str());
   odb.Step("Saved", "", odb_Enum::TIME, 1.0, "", "", 0.0);
@@ -58,7 +58,7 @@ TEST_F(Registry, ClosingWithoutSavingKeepsTheLastSavedState) {
   EXPECT_TRUE(back.steps().isMember("Saved"));
 }
 
-TEST_F(Registry, NamesAndPathsAreCheckedAndMadeAbsolute) {
+TEST_F(OdbRepository, NamesAndPathsAreCheckedAndMadeAbsolute) {
   std::string path = m_dir.file("a.odb");
   Odb("first", "", "", path.c_str()).save();
   EXPECT_EQ(MessageOf([&] { Odb("first", "", "", m_dir.file("b.odb").c_str()); }),
@@ -81,7 +81,7 @@ TEST_F(Registry, NamesAndPathsAreCheckedAndMadeAbsolute) {
       std::string::npos);
 }
 
-TEST_F(Registry, LockFileMakesAWriteOpenReadOnlyAndSavingWritesNothing) {
+TEST_F(OdbRepository, LockFileMakesAWriteOpenReadOnlyAndSavingWritesNothing) {
   std::string path = m_dir.file("a.odb");
   closeOdb(Odb("", "", "", path.c_str()));
   std::ofstream(path + ".lck").put('x');
@@ -100,7 +100,7 @@ TEST_F(Registry, LockFileMakesAWriteOpenReadOnlyAndSavingWritesNothing) {
 
 // A writer killed while it had the file open leaves its lock: the next writable open still
 // reads only, but says that the writer is gone and how to recover.
-TEST_F(Registry, LockLeftByAWriterThatIsGoneSaysSoAndHowToRecover) {
+TEST_F(OdbRepository, LockLeftByAWriterThatIsGoneSaysSoAndHowToRecover) {
   std::string path = m_dir.file("a.odb");
   pid_t writer = fork();
   ASSERT_GE(writer, 0);
@@ -136,7 +136,7 @@ TEST_F(Registry, LockLeftByAWriterThatIsGoneSaysSoAndHowToRecover) {
   closeOdb(live);
 }
 
-TEST_F(Registry, FileWithoutWritePermissionOpensReadOnly) {
+TEST_F(OdbRepository, FileWithoutWritePermissionOpensReadOnly) {
   std::string path = m_dir.file("a.odb");
   closeOdb(Odb("", "", "", path.c_str()));
   chmod(path.c_str(), 0444);
@@ -149,7 +149,7 @@ TEST_F(Registry, FileWithoutWritePermissionOpensReadOnly) {
   EXPECT_FALSE(Exists(path + ".lck"));
 }
 
-TEST_F(Registry, OlderAndNewerSchemaVersionsAreRefusedWithoutTrace) {
+TEST_F(OdbRepository, OlderAndNewerSchemaVersionsAreRefusedWithoutTrace) {
   std::string path = m_dir.file("a.odb");
   closeOdb(Odb("", "", "", path.c_str()));
   SetSchemaVersion(path, 332);
@@ -177,7 +177,7 @@ TEST_F(Registry, OlderAndNewerSchemaVersionsAreRefusedWithoutTrace) {
   EXPECT_TRUE(openOdb(path.c_str()).isOpen());
 }
 
-TEST_F(Registry, UnreadableFilesAndFoldersGiveTheOpenAndCreateMessages) {
+TEST_F(OdbRepository, UnreadableFilesAndFoldersGiveTheOpenAndCreateMessages) {
   std::string missing = m_dir.file("missing.odb");
   EXPECT_EQ(MessageOf([&] { openOdb(missing.c_str()); }),
             "Cannot open file " + missing + ". No such file or directory.");
@@ -191,7 +191,7 @@ TEST_F(Registry, UnreadableFilesAndFoldersGiveTheOpenAndCreateMessages) {
   EXPECT_EQ(odb_OdbRepository::Instance().size(), 0);
 }
 
-TEST_F(Registry, CloseDropsEveryNameOfTheFileAndRemoveKeepsTheThresholdOfTwo) {
+TEST_F(OdbRepository, CloseDropsEveryNameOfTheFileAndRemoveKeepsTheThresholdOfTwo) {
   std::string path = m_dir.file("a.odb");
   odb_Odb& odb = Odb("one", "", "", path.c_str());
   odb.save();
@@ -220,7 +220,7 @@ TEST_F(Registry, CloseDropsEveryNameOfTheFileAndRemoveKeepsTheThresholdOfTwo) {
   EXPECT_THROW(first.Step("late", "", odb_Enum::TIME, 1.0, "", "", 0.0), odb_Exception);
 }
 
-TEST_F(Registry, FinalizeClosesEverythingAndRemovesLockFiles) {
+TEST_F(OdbRepository, FinalizeClosesEverythingAndRemovesLockFiles) {
   Odb("", "", "", m_dir.file("a.odb").c_str());
   Odb("", "", "", m_dir.file("b.odb").c_str());
   int other = 0;

@@ -23,7 +23,7 @@ std::vector<int> Numbers(const odb_SectionCategory& category) {
 
 }  // namespace
 
-TEST(SectionPoint, DefaultIsNoPointAndEqualityComparesNumberAndDescription) {
+TEST(SectionCategoryPoint, DefaultIsNoPointAndEqualityComparesNumberAndDescription) {
   const odb_SectionPoint none;
   EXPECT_EQ(none.number(), -1);
   EXPECT_EQ(none.description(), "");

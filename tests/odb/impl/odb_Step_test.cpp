@@ -192,14 +192,6 @@ TEST_F(StepFile, FrameReferencesKeepTheirFrameAcrossLaterGetsAndCopiesShareFrame
   EXPECT_EQ(&viaCopy, &frames.get(3)) << "every view of a step hands out the same frame";
 }
 
-TEST(OdbStepCatalogue, FrameNotFoundKeepsItsOddKeyAndText) {
-  using Map = uti_LabelMap<odb_StepEnm, 1>;
-  EXPECT_STREQ(Map::ResourceString(odb_Step_FRAME_NOT_FOUND), "odb_Step_MSGID_04");
-  EXPECT_STREQ(Map::LabelString(odb_Step_FRAME_NOT_FOUND), "Frame not found");
-  EXPECT_EQ(odb_CatalogueMessage(odb_Step_HISTORY_REGION_EXISTS, {"R", "S"}),
-            "A historyRegion named 'R' already exists in step 'S'.");
-}
-
 TEST_F(StepFile, GetFrameInAStepWhoseValuesGoBackBreaksTiesByCreationOrder) {
   odb_Step& step = NewStep("Step-1");
   for (double value : {0.0, 1.0, 2.0, 1.0}) step.Frame(0, value, "");  // a restart at 1.0

@@ -13,7 +13,7 @@
 
 namespace {
 
-using Upgrade = OdbSession;
+using SchemaConversionUpgrade = OdbSession;
 
 std::string OldFile(const TempDir& dir) {
   std::string path = dir.file("old.odb");
@@ -26,7 +26,7 @@ std::string OldFile(const TempDir& dir) {
   return path;
 }
 
-TEST_F(Upgrade, OlderFilesAreDetectedAndRefusedWithoutAConversion) {
+TEST_F(SchemaConversionUpgrade, OlderFilesAreDetectedAndRefusedWithoutAConversion) {
   std::string path = OldFile(m_dir);
   EXPECT_TRUE(isUpgradeRequiredForOdb(path.c_str()));
   std::string current = m_dir.file("new.odb");
@@ -42,7 +42,7 @@ TEST_F(Upgrade, OlderFilesAreDetectedAndRefusedWithoutAConversion) {
   EXPECT_FALSE(Exists(m_dir.file("up.odb")));
 }
 
-TEST_F(Upgrade, RegisteredConversionsRunOnACopy) {
+TEST_F(SchemaConversionUpgrade, RegisteredConversionsRunOnACopy) {
   std::string path = OldFile(m_dir);
   dbcS_Register({332, "adds a table", [](sqlite3* db) {
                    sqlite3_exec(db, "CREATE TABLE added(x)", nullptr, nullptr, nullptr);
