@@ -59,7 +59,7 @@ TEST_F(SchemaConversionUpgrade, RegisteredConversionsRunOnACopy) {
   sqlite3_finalize(q);
 }
 
-TEST_F(Upgrade, AFailingConversionIsRefusedAndLeavesTheCopyUnconverted) {
+TEST_F(SchemaConversionUpgrade, AFailingConversionIsRefusedAndLeavesTheCopyUnconverted) {
   std::string path = OldFile(m_dir);
   dbcS_Register({332, "fails half-way", [](store_Conversion& file) {
                    file.Run("CREATE TABLE added(x)");
