@@ -22,6 +22,7 @@
 
 #include "bench_Timing.h"
 #include "odb_API.h"
+#include "odb_OdbData.h"
 #include "store_Database.h"
 #include "store_Schema.h"
 
@@ -126,7 +127,7 @@ void OpenFigures(const std::string& dir, double& emptyRo, double& bigRo, double&
     odb_Odb& odb = Odb("", "big", "", big.c_str());
     std::vector<unsigned char> filler(std::size_t(1) << 30);
     for (std::size_t i = 0; i < filler.size(); ++i) filler[i] = static_cast<unsigned char>(i * 131);
-    odb.ddb()->PutArray("filler", filler.data(), filler.size());
+    odb_OdbAccess::Store(odb)->PutArray("filler", filler.data(), filler.size());
     saveOdb(odb);
     closeOdb(odb);
   }
@@ -201,7 +202,8 @@ KillCounts KillTest(const std::string& dir, int runs) {
     try {
       odb_Odb& odb = openOdb(path.c_str());
       sqlite3_stmt* check = nullptr;
-      sqlite3_prepare_v2(odb.ddb()->Connection(), "PRAGMA integrity_check", -1, &check, nullptr);
+      sqlite3_prepare_v2(odb_OdbAccess::Store(odb)->Connection(), "PRAGMA integrity_check", -1,
+                         &check, nullptr);
       bool ok =
           sqlite3_step(check) == SQLITE_ROW &&
           std::strcmp(reinterpret_cast<const char*>(sqlite3_column_text(check, 0)), "ok") == 0;
@@ -272,7 +274,8 @@ int main(int argc, char** argv) {
     std::printf(
         "  runs %d   files damaged %d (must be 0)   saved states lost %d (must be 0)"
         "   %.0f s\n",
-        k.runs, k.damaged, k.lost, std::chrono::duration<double>(bench_Clock::now() - start).count());
+        k.runs, k.damaged, k.lost,
+        std::chrono::duration<double>(bench_Clock::now() - start).count());
     std::printf("  saves reported %ld; kills between a save and its report %d\n", k.saves,
                 k.unreported);
   }

@@ -17,14 +17,14 @@
 #define COW_1DARRAY_H
 
 #include <cstdint>
-#include <cstring>
 
 #include "cow_Assert.h"
 #include "mem_Malloc.h"
+#include "odb_Export.h"
 
 // One block: its own count of holders and 2^shift value-initialised elements.
 template <class T>
-struct cow_1DArrayBlock {
+struct QTVODB_EXPORT cow_1DArrayBlock {
   explicit cow_1DArrayBlock(int n) : count(1), elements(new T[n]()) {}
   cow_1DArrayBlock(int n, const T* src) : count(1), elements(new T[n]) {
     for (int i = 0; i < n; ++i) elements[i] = src[i];
@@ -38,7 +38,7 @@ struct cow_1DArrayBlock {
 };
 
 template <class T>
-class cow_1DArray {
+class QTVODB_EXPORT cow_1DArray {
  public:
   using Block = cow_1DArrayBlock<T>;
 
@@ -49,9 +49,8 @@ class cow_1DArray {
   explicit cow_1DArray(int n)
       : m_slots(16), m_shift(4), m_end(n > 0 ? n : 0), m_tableCount(new int(1)) {
     if (n > 0) {
-      float f = static_cast<float>(n);
-      std::uint32_t bits;
-      std::memcpy(&bits, &f, sizeof bits);
+      // The exponent and leading mantissa bits of n as a float size the blocks and the table.
+      const std::uint32_t bits = __builtin_bit_cast(std::uint32_t, static_cast<float>(n));
       int e = static_cast<int>(bits >> 23) - 130;
       if (e > 4) {
         m_shift = e;
@@ -59,7 +58,7 @@ class cow_1DArray {
       }
     }
     m_table = static_cast<Block**>(mem_Malloc(sizeof(Block*) * m_slots));
-    std::memset(m_table, 0, sizeof(Block*) * m_slots);
+    for (int s = 0; s < m_slots; ++s) m_table[s] = nullptr;
   }
 
   cow_1DArray(const cow_1DArray& other)
@@ -231,7 +230,7 @@ class cow_1DArray {
     --*m_tableCount;
     m_tableCount = new int(1);
     Block** table = static_cast<Block**>(mem_Malloc(sizeof(Block*) * (m_slots > 0 ? m_slots : 1)));
-    if (m_slots > 0) std::memcpy(table, m_table, sizeof(Block*) * m_slots);
+    for (int s = 0; s < m_slots; ++s) table[s] = m_table[s];
     m_table = table;
     for (int b = BlockOf(m_head), e = BlocksUsed(); b < e; ++b)
       if (m_table[b]) ++m_table[b]->count;
@@ -239,7 +238,7 @@ class cow_1DArray {
 
   void GrowTable(int slots) {
     m_table = static_cast<Block**>(mem_Realloc(m_table, sizeof(Block*) * slots));
-    std::memset(m_table + m_slots, 0, sizeof(Block*) * (slots - m_slots));
+    for (int s = m_slots; s < slots; ++s) m_table[s] = nullptr;
     m_slots = slots;
   }
 
@@ -269,7 +268,7 @@ class cow_1DArray {
 // Walks an array from its head; holds a shared copy, so the walk is unaffected by later writes
 // to the array it came from.
 template <class T>
-class cow_1DArrayIter {
+class QTVODB_EXPORT cow_1DArrayIter {
  public:
   explicit cow_1DArrayIter(const cow_1DArray<T>& array)
       : m_array(array), m_end(array.EndIndex()), m_blockSize(1 << array.BlockShift()) {

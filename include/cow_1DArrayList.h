@@ -12,9 +12,10 @@
 #define COW_1DARRAYLIST_H
 
 #include "cow_1DArray.h"
+#include "odb_Export.h"
 
 template <class T>
-class cow_1DArrayList {
+class QTVODB_EXPORT cow_1DArrayList {
  public:
   using value_type = T;
 
@@ -159,7 +160,7 @@ bool operator==(const cow_1DArrayList<T>& a, const cow_1DArrayList<T>& b) {
 
 // Walks a list's elements in order over a shared copy of the list.
 template <class T>
-class cow_1DArrayListIter {
+class QTVODB_EXPORT cow_1DArrayListIter {
  public:
   explicit cow_1DArrayListIter(const cow_1DArrayList<T>& list) : m_list(list), m_it(list.Array()) {}
   void First() { m_it.First(); }

@@ -15,13 +15,15 @@
 #ifndef COW_ASSERT_H
 #define COW_ASSERT_H
 
+#include "odb_Export.h"
+
 using cow_AssertHandler = void (*)(const char* condition, const char* source, int line);
 
 // Reports a failed condition through the installed handler.
-void cow_AssertFailed(const char* condition, const char* source, int line);
+QTVODB_EXPORT void cow_AssertFailed(const char* condition, const char* source, int line);
 
 // Installs a handler (null restores the default) and returns the previous one.
-cow_AssertHandler cow_SetAssertHandler(cow_AssertHandler handler);
+QTVODB_EXPORT cow_AssertHandler cow_SetAssertHandler(cow_AssertHandler handler);
 
 // Reports `condition` (its text given as `text`) when it does not hold; returns the condition so
 // that callers can stop where carrying on would be unsafe.

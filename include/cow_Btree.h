@@ -16,15 +16,22 @@
 #ifndef COW_BTREE_H
 #define COW_BTREE_H
 
-#include <cstring>
-
+#include "odb_Export.h"
 #include "odb_String.h"
 
+// Byte order of two texts, as strcmp gives it.
+inline int cow_BtreeCompare(const char* a, const char* b) {
+  while (*a && *a == *b) {
+    ++a;
+    ++b;
+  }
+  return static_cast<unsigned char>(*a) - static_cast<unsigned char>(*b);
+}
 inline int cow_BtreeCompare(const odb_String& a, const odb_String& b) {
-  return std::strcmp(a.CStr(), b.CStr());
+  return cow_BtreeCompare(a.CStr(), b.CStr());
 }
 inline int cow_BtreeCompare(const cow_String& a, const cow_String& b) {
-  return std::strcmp(a.CStr(), b.CStr());
+  return cow_BtreeCompare(a.CStr(), b.CStr());
 }
 // The key a new node keeps. String keys get characters of their own, allocated right after the
 // node, so that a search reads each node's key from memory next to the node instead of
@@ -52,7 +59,7 @@ struct cow_BtreeNode;
 // write must copy touches no other memory, and the link caches the height of the node it points
 // to, so balancing a parent reads both children's heights without visiting the children.
 template <class K, class V>
-class cow_BtreeLink {
+class QTVODB_EXPORT cow_BtreeLink {
  public:
   using Node = cow_BtreeNode<K, V>;
 
@@ -109,7 +116,7 @@ class cow_BtreeLink {
 };
 
 template <class K, class V>
-struct cow_BtreeNode {
+struct QTVODB_EXPORT cow_BtreeNode {
   using Handle = cow_BtreeLink<K, V>;
 
   cow_BtreeNode(const V& v, const K& k) : value(v), key(cow_BtreeNodeKey(k)) {}
@@ -252,7 +259,7 @@ struct cow_BtreeNode {
 };
 
 template <class K, class V>
-class cow_Btree {
+class QTVODB_EXPORT cow_Btree {
  public:
   using Node = cow_BtreeNode<K, V>;
 
@@ -317,7 +324,7 @@ class cow_Btree {
 // copy of the map, so later writes to the map it came from do not disturb the walk. The path
 // from the root to the current node is kept as a stack of small heap cells.
 template <class K, class V>
-class cow_BtreeIterator {
+class QTVODB_EXPORT cow_BtreeIterator {
  public:
   using Node = cow_BtreeNode<K, V>;
 

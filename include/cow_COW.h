@@ -14,19 +14,20 @@
 #define COW_COW_H
 
 #include "cow_CountedHld.h"
+#include "odb_Export.h"
 
 template <class T>
-struct cow_Direct {
+struct QTVODB_EXPORT cow_Direct {
   static T* Copy(const T& object) { return new T(object); }
 };
 
 template <class T>
-struct cow_Virtual {
+struct QTVODB_EXPORT cow_Virtual {
   static T* Copy(const T& object) { return object.Copy(); }
 };
 
 template <class T, class Policy = cow_Direct<T>>
-class cow_COW {
+class QTVODB_EXPORT cow_COW {
  public:
   // An empty handle: no object and no count.
   cow_COW() = default;
@@ -60,7 +61,7 @@ class cow_COW {
 };
 
 template <class T, class Policy = cow_Direct<T>>
-class cow_ArrayCOW : public cow_COW<T, Policy> {
+class QTVODB_EXPORT cow_ArrayCOW : public cow_COW<T, Policy> {
  public:
   // The null handle: no object under a fresh count of 1; the default value of list slots.
   cow_ArrayCOW() : cow_COW<T, Policy>(static_cast<T*>(nullptr)) {}

@@ -8,9 +8,10 @@
 #define COW_COUNTEDHLD_H
 
 #include "cow_Assert.h"
+#include "odb_Export.h"
 
 template <class T>
-class cow_CountedHld {
+class QTVODB_EXPORT cow_CountedHld {
  public:
   cow_CountedHld() = default;
   // Takes ownership of `object` under a fresh count of 1.

@@ -12,9 +12,10 @@
 #define COW_LIST_H
 
 #include "cow_1DArray.h"
+#include "odb_Export.h"
 
 template <class T>
-class cow_List {
+class QTVODB_EXPORT cow_List {
  public:
   using value_type = T;
 
@@ -96,7 +97,7 @@ class cow_List {
 
 // Walks a list's elements in order over a shared copy of the list.
 template <class T>
-class cow_ListIter {
+class QTVODB_EXPORT cow_ListIter {
  public:
   explicit cow_ListIter(const cow_List<T>& list) : m_list(list) {}
   void First() { m_i = 0; }

@@ -12,14 +12,13 @@
 #ifndef COW_MAP_H
 #define COW_MAP_H
 
-#include <string>
-#include <vector>
-
 #include "cow_Assert.h"
 #include "cow_COW.h"
+#include "odb_Export.h"
+#include "uti_Array.h"
 
 template <class K, class V>
-struct cow_MapNode {
+struct QTVODB_EXPORT cow_MapNode {
   cow_MapNode(const K& k, const V& v) : key(k), value(v) {}
   bool HasValue() const { return true; }
 
@@ -29,7 +28,7 @@ struct cow_MapNode {
 };
 
 template <class K, class V>
-class cow_Map {
+class QTVODB_EXPORT cow_Map {
  public:
   using Node = cow_MapNode<K, V>;
 
@@ -110,8 +109,12 @@ class cow_Map {
     return value;
   }
   static bool Same(const K& a, const K& b) {
-    return a.Length() == b.Length() &&
-           std::char_traits<char>::compare(a.CStr(), b.CStr(), a.Length()) == 0;
+    if (a.Length() != b.Length()) return false;
+    const char* x = a.CStr();
+    const char* y = b.CStr();
+    for (auto n = a.Length(); n > 0; --n)
+      if (*x++ != *y++) return false;
+    return true;
   }
   static int Branch(const K& key, int d) {
     int length = static_cast<int>(key.Length());
@@ -146,7 +149,7 @@ class cow_Map {
 
 // Walks a map in the tree's pre-order over a shared copy of the map. First() must come first.
 template <class K, class V>
-class cow_MapIter {
+class QTVODB_EXPORT cow_MapIter {
  public:
   using Node = cow_MapNode<K, V>;
 
@@ -189,7 +192,7 @@ class cow_MapIter {
   }
 
   cow_Map<K, V> m_map;
-  std::vector<const Node*> m_nodes;
+  uti_Array<const Node*> m_nodes;
   int m_cursor = 0;
 };
 

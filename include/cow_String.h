@@ -13,14 +13,16 @@
 #ifndef COW_STRING_H
 #define COW_STRING_H
 
-struct cow_StringRep {
+#include "odb_Export.h"
+
+struct QTVODB_EXPORT cow_StringRep {
   char* data;
   int count;
   int capacity;
   int length;
 };
 
-class cow_String {
+class QTVODB_EXPORT cow_String {
  public:
   static constexpr int npos = -1;
 
@@ -72,7 +74,7 @@ class cow_String {
   cow_StringRep* m_rep = nullptr;
 };
 
-bool operator==(const cow_String& a, const cow_String& b);
+QTVODB_EXPORT bool operator==(const cow_String& a, const cow_String& b);
 inline bool operator!=(const cow_String& a, const cow_String& b) {
   return !(a == b);
 }

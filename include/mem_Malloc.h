@@ -8,8 +8,10 @@
 
 #include <cstddef>
 
-void* mem_Malloc(std::size_t bytes);
-void* mem_Realloc(void* memory, std::size_t bytes);
-void mem_Free(void* memory);
+#include "odb_Export.h"
+
+QTVODB_EXPORT void* mem_Malloc(std::size_t bytes);
+QTVODB_EXPORT void* mem_Realloc(void* memory, std::size_t bytes);
+QTVODB_EXPORT void mem_Free(void* memory);
 
 #endif

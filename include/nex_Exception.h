@@ -18,11 +18,12 @@
 #include <exception>
 
 #include "cow_String.h"
+#include "odb_Export.h"
 
 // Identifies an exception class: the address of one static object per class, compared as is.
 using nex_TypeId = const void*;
 
-class nex_Exception : public std::exception {
+class QTVODB_EXPORT nex_Exception : public std::exception {
  public:
   nex_Exception() = default;
   // An exception whose user report is `message`.
@@ -66,7 +67,7 @@ class nex_Exception : public std::exception {
 };
 
 // An error that ends the command being run: the kind of exception the library's operations throw.
-class nex_CommandException : public nex_Exception {
+class QTVODB_EXPORT nex_CommandException : public nex_Exception {
  public:
   nex_CommandException() = default;
   explicit nex_CommandException(const cow_String& message) : nex_Exception(message) {}

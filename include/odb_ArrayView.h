@@ -4,28 +4,33 @@
 // caller's memory (odb_FieldBulkData::readData, odb_DiscreteEntity::readNodes ...).
 //
 // The view owns nothing: the array must outlive the call the view is given to, and nothing
-// more; a view kept after the call may dangle. A std::vector converts to a view implicitly, so a
-// vector can be passed wherever a view is asked for; a view of a vector is stale once the
-// vector grows. A C array converts too, with its own length. A null pointer makes an empty view,
-// whatever the count. Copying a view copies two words; it never touches the values. Calls that
-// take views check their counts against size() before they read anything. Views are values:
-// any number of threads may read through views of the same unchanging array.
+// more; a view kept after the call may dangle. A contiguous container (std::vector, std::array:
+// anything with data() and size()) converts to a view implicitly, so it can be passed wherever
+// a view is asked for; a view of a vector is stale once the vector grows. A C array converts too,
+// with its own length. A null pointer makes an empty view, whatever the count. Copying a view
+// copies two words; it never touches the values. Calls that take views check their counts against
+// size() before they read anything. Views are values: any number of threads may read through views
+// of the same unchanging array.
 #ifndef ODB_ARRAYVIEW_H
 #define ODB_ARRAYVIEW_H
 
 #include <cstddef>
-#include <vector>
+
+#include "odb_Export.h"
 
 template <class T>
-class odb_ArrayView {
+class QTVODB_EXPORT odb_ArrayView {
  public:
   // An empty view.
   constexpr odb_ArrayView() = default;
   // The `size` values at `data`; empty when `data` is null.
   constexpr odb_ArrayView(const T* data, std::size_t size)
       : m_data(data), m_size(data ? size : 0) {}
-  // The values `values` holds now.
-  odb_ArrayView(const std::vector<T>& values) : m_data(values.data()), m_size(values.size()) {}
+  // The values a contiguous container holds now.
+  template <class C,
+            class = decltype(static_cast<const T*>(static_cast<const C*>(nullptr)->data())),
+            class = decltype(std::size_t(static_cast<const C*>(nullptr)->size()))>
+  odb_ArrayView(const C& values) : m_data(values.data()), m_size(values.size()) {}
   // All N values of a C array.
   template <std::size_t N>
   constexpr odb_ArrayView(const T (&values)[N]) : m_data(values), m_size(N) {}
@@ -46,16 +51,18 @@ class odb_ArrayView {
 
 // A writable view: the calls that take one write into the caller's array, after checking that
 // it holds exactly the values they have to give. Owns nothing, like odb_ArrayView; a
-// std::vector converts to it implicitly (its size is what the call checks: size the vector
-// first).
+// contiguous container converts to it implicitly (its size is what the call checks: size the
+// vector first).
 template <class T>
-class odb_MutableArrayView {
+class QTVODB_EXPORT odb_MutableArrayView {
  public:
   constexpr odb_MutableArrayView() = default;
   // The `size` values at `data`; empty when `data` is null.
   constexpr odb_MutableArrayView(T* data, std::size_t size)
       : m_data(data), m_size(data ? size : 0) {}
-  odb_MutableArrayView(std::vector<T>& values) : m_data(values.data()), m_size(values.size()) {}
+  template <class C, class = decltype(static_cast<T*>(static_cast<C*>(nullptr)->data())),
+            class = decltype(std::size_t(static_cast<C*>(nullptr)->size()))>
+  odb_MutableArrayView(C& values) : m_data(values.data()), m_size(values.size()) {}
   template <std::size_t N>
   constexpr odb_MutableArrayView(T (&values)[N]) : m_data(values), m_size(N) {}
 

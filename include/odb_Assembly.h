@@ -13,6 +13,7 @@
 #include "odb_DatumCsys.h"
 #include "odb_DiscreteEntity.h"
 #include "odb_DiscretePart.h"
+#include "odb_Export.h"
 #include "odb_Instance.h"
 #include "odb_MeshList.h"
 #include "odb_Sequence.h"
@@ -33,15 +34,14 @@ enum odb_AssemblyEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_AssemblyEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_AssemblyEnm, 1> {
   static const uti_LabelRow<odb_AssemblyEnm> rows[];
 };
 
-class odb_Assembly {
+class QTVODB_EXPORT odb_Assembly {
  public:
   // An assembly of no database: it holds nothing and its creators throw.
   odb_Assembly();
-  explicit odb_Assembly(std::shared_ptr<odb_AssemblyData> data);
 
   odb_String name() const;
 
@@ -128,9 +128,11 @@ class odb_Assembly {
   // The system of that name; throws "Key "NAME" not found in repository" when none.
   odb_DatumCsys& datumCsys(const odb_String& name) { return datumCsyses().get(name); }
 
-  const std::shared_ptr<odb_AssemblyData>& data() const { return m_data; }
-
  private:
+  friend struct odb_AssemblyAccess;
+
+  explicit odb_Assembly(std::shared_ptr<odb_AssemblyData> data);
+
   odb_Set& CreateSet(const odb_String& name, odb_Set::Type type,
                      const odb_SequenceString& instanceNames, const odb_SequenceSequenceInt& labels,
                      const odb_SequenceSequenceElementFace* faces);

@@ -24,6 +24,7 @@
 #include <memory>
 
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_Repository.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
@@ -46,13 +47,13 @@ enum odb_DatumCsysEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_DatumCsysEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_DatumCsysEnm, 1> {
   static const uti_LabelRow<odb_DatumCsysEnm> rows[];
 };
 
 struct odb_DatumCsysData;
 
-class odb_DatumCsys {
+class QTVODB_EXPORT odb_DatumCsys {
  public:
   // What a system is attached to.
   enum Definition {
@@ -64,7 +65,6 @@ class odb_DatumCsys {
 
   // An unnamed fixed rectangular system on the global axes.
   odb_DatumCsys();
-  explicit odb_DatumCsys(std::shared_ptr<const odb_DatumCsysData> data);
 
   odb_String name() const;
   odb_Enum::odb_DatumCsysTypeEnum type() const;
@@ -81,9 +81,11 @@ class odb_DatumCsys {
   odb_String instanceName() const;
   odb_SequenceInt nodeLabels() const;
 
-  const std::shared_ptr<const odb_DatumCsysData>& data() const { return m_data; }
-
  private:
+  friend struct odb_DatumCsysAccess;
+
+  explicit odb_DatumCsys(std::shared_ptr<const odb_DatumCsysData> data);
+
   std::shared_ptr<const odb_DatumCsysData> m_data;
 };
 

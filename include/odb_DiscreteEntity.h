@@ -11,11 +11,11 @@
 
 #include <cstddef>
 #include <memory>
-#include <vector>
 
 #include "odb_ArrayView.h"
 #include "odb_Element.h"
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_MeshList.h"
 #include "odb_Node.h"
 #include "odb_Repository.h"
@@ -24,6 +24,7 @@
 #include "odb_SequenceNode.h"
 #include "odb_Set.h"
 #include "odb_String.h"
+#include "uti_Array.h"
 
 struct odb_EntityData;
 
@@ -31,12 +32,12 @@ using odb_SetRepository = odb_Repository<odb_String, odb_Set>;
 using odb_SetRepositoryIT = odb_RepositoryIterator<odb_String, odb_Set>;
 
 // A section given to the elements of an element set.
-struct odb_SectionAssignment {
+struct QTVODB_EXPORT odb_SectionAssignment {
   odb_String region;   // the element set's name
   odb_String section;  // the section's name
 };
 
-class odb_DiscreteEntity {
+class QTVODB_EXPORT odb_DiscreteEntity {
  public:
   odb_String name() const;
   odb_Enum::odb_DimensionEnum embeddedSpace() const;
@@ -85,11 +86,11 @@ class odb_DiscreteEntity {
   // ("Section assignment requires element sets." otherwise); stored at once.
   void assignSection(const odb_Set& region, const odb_Section& section);
   // The assignments in the order made.
-  std::vector<odb_SectionAssignment> sectionAssignments() const;
-
-  const std::shared_ptr<odb_EntityData>& data() const { return m_data; }
+  uti_Array<odb_SectionAssignment> sectionAssignments() const;
 
  protected:
+  friend struct odb_DiscreteEntityAccess;
+
   odb_DiscreteEntity();
   explicit odb_DiscreteEntity(std::shared_ptr<odb_EntityData> data);
 

@@ -11,6 +11,7 @@
 
 #include "odb_ArrayView.h"
 #include "odb_DiscreteEntity.h"
+#include "odb_Export.h"
 #include "odb_SectionCategory.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
@@ -34,19 +35,19 @@ enum odb_DiscretePartEnm : int {
   odb_DiscretePart_FLAT_COORDINATES = 13,
   // %1$s labels, %2$s connectivity entries, %3$s type, %4$s per element, %5$s expected
   odb_DiscretePart_FLAT_CONNECTIVITY = 14,
-  odb_DiscretePart_FLAT_USER_CONNECTIVITY = 15  // %1$s labels, %2$s connectivity entries
+  odb_DiscretePart_FLAT_USER_CONNECTIVITY = 15,  // %1$s labels, %2$s connectivity entries
+  odb_DiscretePart_PART_EXISTS = 16              // %s: the part's name
 };
 
 template <>
-struct uti_LabelTable<odb_DiscretePartEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_DiscretePartEnm, 1> {
   static const uti_LabelRow<odb_DiscretePartEnm> rows[];
 };
 
-class odb_DiscretePart : public odb_DiscreteEntity {
+class QTVODB_EXPORT odb_DiscretePart : public odb_DiscreteEntity {
  public:
   // A part of no database; the creators throw.
   odb_DiscretePart() = default;
-  explicit odb_DiscretePart(std::shared_ptr<odb_EntityData> data) : odb_DiscreteEntity(data) {}
 
   // Adds nodes: one row of coordinates per label, 3 floats in a three-dimensional part, 2 in a
   // planar or axisymmetric one. Checks, in order: "No node labels provided.", "Number of node
@@ -96,6 +97,11 @@ class odb_DiscretePart : public odb_DiscreteEntity {
   odb_Set& ElementSet(const odb_String& name, const odb_SequenceInt& elementLabels);
   odb_Set& Surface(const odb_String& name, const odb_SequenceInt& elementLabels,
                    const odb_SequenceElementFace& faces);
+
+ private:
+  friend struct odb_DiscretePartAccess;
+
+  explicit odb_DiscretePart(std::shared_ptr<odb_EntityData> data) : odb_DiscreteEntity(data) {}
 };
 
 #endif

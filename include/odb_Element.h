@@ -11,29 +11,19 @@
 #include <memory>
 
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_SectionCategory.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
 
-class store_Mesh;
+struct odb_ElementAccess;
 
-class odb_Element {
+class QTVODB_EXPORT odb_Element {
  public:
   static constexpr int kMaxNodes = 30;
 
   // An element of no mesh: label -1, no nodes, empty type.
   odb_Element() = default;
-  // Built from the node positions of its connectivity; stores the labels found at those
-  // positions in `nodeList`, which must not be null.
-  odb_Element(int label, int index, const int* nodePositions, int numberOfNodes,
-              const odb_String& type, const odb_SectionCategory& sectionCategory,
-              odb_Enum::odb_ElementGeometryClass geometry, int meshIndex, int integrationPoints,
-              std::shared_ptr<store_Mesh> nodeList);
-  // Built from node labels directly, as the mesh stores them.
-  static odb_Element FromLabels(int label, int index, const int* nodeLabels, int numberOfNodes,
-                                const odb_String& type, const odb_SectionCategory& sectionCategory,
-                                odb_Enum::odb_ElementGeometryClass geometry, int meshIndex,
-                                int integrationPoints, std::shared_ptr<store_Mesh> nodeList);
 
   int label() const { return m_label; }
   // The element's position in its part's element list (0-based).
@@ -52,10 +42,10 @@ class odb_Element {
   odb_SequenceInt connectivity() const;
   // The positions of its nodes in the mesh's node list.
   odb_SequenceInt connectivityIndices() const;
-  // The mesh whose node list the connectivity refers to (null for an element of no mesh).
-  const std::shared_ptr<store_Mesh>& nodeList() const { return m_nodeList; }
 
  private:
+  friend struct odb_ElementAccess;
+
   int m_label = -1;
   int m_index = -1;
   unsigned m_connectivity[kMaxNodes] = {};
@@ -65,7 +55,9 @@ class odb_Element {
   odb_SectionCategory m_sectionCategory;
   odb_Enum::odb_ElementGeometryClass m_geometry = odb_Enum::GEOMETRY_UNKNOWN;
   int m_integrationPoints = 0;
-  std::shared_ptr<store_Mesh> m_nodeList;
+  // The stored mesh whose node list the connectivity refers to (null for an element of no mesh),
+  // kept alive by the record; what it is, only the implementation knows (odb_ElementAccess).
+  std::shared_ptr<void> m_nodeList;
 };
 
 #endif

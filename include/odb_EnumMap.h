@@ -7,13 +7,14 @@
 #define ODB_ENUMMAP_H
 
 #include "odb_Enum.h"
+#include "odb_Export.h"
 
 // "BOOLEAN" ... "QUATERNION_2D" for the values of odb_Enum::odb_DataTypeEnum; "Unknown Type" for
 // any other value.
-const char* odb_DataTypeLabel(int type);
+QTVODB_EXPORT const char* odb_DataTypeLabel(int type);
 
 // "UNDEFINED_POSITION" ... "GENERAL_PARTICLE" for the values of odb_Enum::odb_ResultPositionEnum;
 // "Unknown Position" for any other value.
-const char* odb_ResultPositionLabel(int position);
+QTVODB_EXPORT const char* odb_ResultPositionLabel(int position);
 
 #endif

@@ -17,9 +17,10 @@
 #define ODB_EXCEPTION_H
 
 #include "nex_Exception.h"
+#include "odb_Export.h"
 #include "odb_String.h"
 
-class odb_Exception : public nex_CommandException {
+class QTVODB_EXPORT odb_Exception : public nex_CommandException {
  public:
   explicit odb_Exception(int code, const odb_String& fileName = odb_String(),
                          const odb_String& detail = odb_String(), int versionFound = 0,
@@ -59,6 +60,7 @@ class odb_Exception : public nex_CommandException {
 
 // Throws an odb_Exception of code 6 whose message is `text`, raised at `source` ("odb/impl/"
 // and the class name) and `line`. The way every class throws its filled catalogue text.
-[[noreturn]] void odb_ThrowMessage(const odb_String& text, const char* source, int line);
+[[noreturn]] QTVODB_EXPORT void odb_ThrowMessage(const odb_String& text, const char* source,
+                                                 int line);
 
 #endif

@@ -12,6 +12,7 @@
 #ifndef ODB_EXCEPTIONS_H
 #define ODB_EXCEPTIONS_H
 
+#include "odb_Export.h"
 #include "uti_LabelMap.h"
 
 // The underlying type is fixed so that any exception code converts to it without loss.
@@ -35,7 +36,7 @@ enum odb_ExceptionsEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_ExceptionsEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_ExceptionsEnm, 1> {
   static const uti_LabelRow<odb_ExceptionsEnm> rows[];
 };
 

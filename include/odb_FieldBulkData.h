@@ -12,21 +12,21 @@
 #define ODB_FIELDBULKDATA_H
 
 #include <memory>
-#include <vector>
 
 #include "odb_ArrayView.h"
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_Instance.h"
 #include "odb_SectionPoint.h"
 #include "odb_String.h"
+#include "uti_Array.h"
 
 struct odb_SubFieldData;
 
-class odb_FieldBulkData {
+class QTVODB_EXPORT odb_FieldBulkData {
  public:
   // An empty block.
   odb_FieldBulkData() = default;
-  explicit odb_FieldBulkData(std::shared_ptr<odb_SubFieldData> block);
 
   odb_Enum::odb_ResultPositionEnum position() const;
   odb_Enum::odb_DataTypeEnum type() const;
@@ -70,9 +70,10 @@ class odb_FieldBulkData {
   void readConjugateData(odb_MutableArrayView<float> into) const;
   void readLocalCoordSystem(odb_MutableArrayView<float> into) const;
 
-  const std::shared_ptr<odb_SubFieldData>& block() const { return m_block; }
-
  private:
+  friend struct odb_FieldBulkDataAccess;
+
+  explicit odb_FieldBulkData(std::shared_ptr<odb_SubFieldData> block);
   odb_SubFieldData& Block() const;
   // The block's description, refused when faulty, without reading its arrays.
   odb_SubFieldData& Described() const;
@@ -81,10 +82,10 @@ class odb_FieldBulkData {
 };
 
 // The blocks of a field output, in the order their sub-fields were first written.
-class odb_SequenceFieldBulkData {
+class QTVODB_EXPORT odb_SequenceFieldBulkData {
  public:
   odb_SequenceFieldBulkData() = default;
-  int size() const { return static_cast<int>(m_blocks.size()); }
+  int size() const { return m_blocks.size(); }
   bool isEmpty() const { return m_blocks.empty(); }
   // Block i, 0-based; throws "Index out of range." outside 0..size()-1.
   const odb_FieldBulkData& get(int i) const { return constGet(i); }
@@ -94,7 +95,7 @@ class odb_SequenceFieldBulkData {
   void clearAll() { m_blocks.clear(); }
 
  private:
-  std::vector<odb_FieldBulkData> m_blocks;
+  uti_Array<odb_FieldBulkData> m_blocks;
 };
 
 #endif

@@ -7,12 +7,12 @@
 #ifndef ODB_FIELDLOCATION_H
 #define ODB_FIELDLOCATION_H
 
-#include <vector>
-
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_SectionPoint.h"
+#include "uti_Array.h"
 
-class odb_FieldLocation {
+class QTVODB_EXPORT odb_FieldLocation {
  public:
   odb_FieldLocation() = default;
   explicit odb_FieldLocation(odb_Enum::odb_ResultPositionEnum position) : m_position(position) {}
@@ -33,11 +33,11 @@ class odb_FieldLocation {
 };
 
 // Same position and the same section points in the same order.
-bool operator==(const odb_FieldLocation& a, const odb_FieldLocation& b);
+QTVODB_EXPORT bool operator==(const odb_FieldLocation& a, const odb_FieldLocation& b);
 
-class odb_SequenceFieldLocation {
+class QTVODB_EXPORT odb_SequenceFieldLocation {
  public:
-  int size() const { return static_cast<int>(m_locations.size()); }
+  int size() const { return m_locations.size(); }
   bool isEmpty() const { return m_locations.empty(); }
   // Location i, 0-based; throws "Index out of range." outside 0..size()-1.
   const odb_FieldLocation& get(int i) const { return constGet(i); }
@@ -54,7 +54,7 @@ class odb_SequenceFieldLocation {
   void clearAll() { m_locations.clear(); }
 
  private:
-  std::vector<odb_FieldLocation> m_locations;
+  uti_Array<odb_FieldLocation> m_locations;
 };
 
 #endif

@@ -24,6 +24,7 @@
 #include "odb_DatumCsys.h"
 #include "odb_Element.h"
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_FieldBulkData.h"
 #include "odb_FieldLocation.h"
 #include "odb_FieldValue.h"
@@ -81,17 +82,16 @@ enum odb_FieldOutputEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_FieldOutputEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_FieldOutputEnm, 1> {
   static const uti_LabelRow<odb_FieldOutputEnm> rows[];
 };
 
 struct odb_FieldData;
 
-class odb_FieldOutput {
+class QTVODB_EXPORT odb_FieldOutput {
  public:
   // An empty orphan field: no name, SCALAR, no data.
   odb_FieldOutput();
-  explicit odb_FieldOutput(std::shared_ptr<odb_FieldData> data);
   // A detached field of the given definition (a computed field's start); an orphan.
   odb_FieldOutput(const odb_String& name, const odb_String& description,
                   odb_Enum::odb_DataTypeEnum type, const odb_SequenceString& componentLabels,
@@ -226,9 +226,10 @@ class odb_FieldOutput {
   // 3 floats, used as given).
   odb_FieldOutput getTransformedField(const odb_SequenceSequenceFloat& axes) const;
 
-  const std::shared_ptr<odb_FieldData>& data() const { return m_data; }
-
  private:
+  friend struct odb_FieldOutputAccess;
+
+  explicit odb_FieldOutput(std::shared_ptr<odb_FieldData> data);
   std::shared_ptr<odb_FieldData> m_data;
 };
 

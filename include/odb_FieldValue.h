@@ -10,13 +10,14 @@
 #define ODB_FIELDVALUE_H
 
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_FieldValueData.h"
 #include "odb_Instance.h"
 #include "odb_SectionPoint.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
 
-class odb_FieldValue {
+class QTVODB_EXPORT odb_FieldValue {
  public:
   // A value of no location: UNDEFINED_POSITION, SCALAR, labels -1, no data.
   odb_FieldValue() = default;

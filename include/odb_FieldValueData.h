@@ -9,9 +9,10 @@
 
 #include <memory>
 
+#include "odb_Export.h"
 #include "odb_Sequence.h"
 
-class odb_FieldValueData {
+class QTVODB_EXPORT odb_FieldValueData {
  public:
   odb_FieldValueData() = default;
   // `count` zeros.
@@ -38,7 +39,7 @@ class odb_FieldValueData {
   std::unique_ptr<float[]> m_heap;
 };
 
-bool operator==(const odb_FieldValueData& a, const odb_FieldValueData& b);
+QTVODB_EXPORT bool operator==(const odb_FieldValueData& a, const odb_FieldValueData& b);
 inline bool operator!=(const odb_FieldValueData& a, const odb_FieldValueData& b) {
   return !(a == b);
 }

@@ -21,6 +21,7 @@
 #include <memory>
 
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_FieldOutput.h"
 #include "odb_LoadCase.h"
 #include "odb_String.h"
@@ -32,18 +33,16 @@ enum odb_FrameEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_FrameEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_FrameEnm, 1> {
   static const uti_LabelRow<odb_FrameEnm> rows[];
 };
 
 struct odb_FrameData;
 
-class odb_Frame {
+class QTVODB_EXPORT odb_Frame {
  public:
   // An empty handle.
   odb_Frame() = default;
-  // Used by the step and its frame sequence; `data` is never changed afterwards.
-  explicit odb_Frame(std::shared_ptr<const odb_FrameData> data);
 
   // The index of the frame in its step, 0 for the first, in creation order; -1 when empty.
   int frameIndex() const;
@@ -85,11 +84,10 @@ class odb_Frame {
   // invariants, the invariants its type offers. Throws "A field named 'NAME' already exists."
   // for a name the frame holds. Any data type is accepted here; addData refuses those it cannot
   // write. The reference stays valid until the frame's fields change.
-  odb_FieldOutput& FieldOutput(const odb_String& name, const odb_String& description,
-                               odb_Enum::odb_DataTypeEnum type,
-                               const odb_SequenceString& componentLabels = odb_SequenceString(),
-                               const odb_SequenceInvariant& validInvariants =
-                                   odb_SequenceInvariant());
+  odb_FieldOutput& FieldOutput(
+      const odb_String& name, const odb_String& description, odb_Enum::odb_DataTypeEnum type,
+      const odb_SequenceString& componentLabels = odb_SequenceString(),
+      const odb_SequenceInvariant& validInvariants = odb_SequenceInvariant());
   // A new field of this frame with `source`'s definition and a copy of its data.
   odb_FieldOutput& FieldOutput(const odb_FieldOutput& source, const odb_String& name,
                                const odb_String& description);
@@ -104,6 +102,9 @@ class odb_Frame {
   bool isEmpty() const { return !m_data; }
 
  private:
+  friend struct odb_FrameAccess;
+
+  explicit odb_Frame(std::shared_ptr<const odb_FrameData> data);
   const odb_FrameData& Data() const;
 
   std::shared_ptr<const odb_FrameData> m_data;

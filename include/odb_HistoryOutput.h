@@ -13,6 +13,7 @@
 #include <memory>
 
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
@@ -26,14 +27,14 @@ enum odb_HistoryOutputEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_HistoryOutputEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_HistoryOutputEnm, 1> {
   static const uti_LabelRow<odb_HistoryOutputEnm> rows[];
 };
 
 // (time, value) pairs, read-only. Copies share the pairs (O(1)). Times are doubles and values
 // floats, as stored; the nested-sequence form that some callers want is offered by conversion,
 // which narrows times to float and costs a small list per pair.
-class odb_HistoryData {
+class QTVODB_EXPORT odb_HistoryData {
  public:
   odb_HistoryData() = default;
   // Takes the pairs; `owner` keeps the arrays that `times` and `values` point into alive.
@@ -64,7 +65,7 @@ class odb_HistoryData {
 
 struct odb_HistoryOutputData;
 
-class odb_HistoryOutput {
+class QTVODB_EXPORT odb_HistoryOutput {
  public:
   // A detached SCALAR output with no name and no pairs.
   odb_HistoryOutput();
@@ -75,8 +76,6 @@ class odb_HistoryOutput {
   odb_HistoryOutput(const odb_String& name, const odb_String& description,
                     odb_Enum::odb_DataTypeEnum type, const odb_SequenceSequenceFloat& data,
                     const odb_SequenceSequenceFloat& conjugateData = odb_SequenceSequenceFloat());
-  // Used by regions.
-  explicit odb_HistoryOutput(std::shared_ptr<odb_HistoryOutputData> data);
 
   odb_String name() const;
   odb_String description() const;
@@ -106,6 +105,9 @@ class odb_HistoryOutput {
   odb_HistoryOutput getSubset(double start, double end) const;
 
  private:
+  friend struct odb_HistoryOutputAccess;
+
+  explicit odb_HistoryOutput(std::shared_ptr<odb_HistoryOutputData> data);
   // The pairs with start < time, and time < end when `bounded`.
   odb_HistoryOutput Subset(double start, double end, bool bounded) const;
 

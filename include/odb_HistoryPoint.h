@@ -16,6 +16,7 @@
 #include "odb_Assembly.h"
 #include "odb_Element.h"
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_Instance.h"
 #include "odb_Node.h"
 #include "odb_SectionPoint.h"
@@ -29,13 +30,13 @@ enum odb_HistoryPointEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_HistoryPointEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_HistoryPointEnm, 1> {
   static const uti_LabelRow<odb_HistoryPointEnm> rows[];
 };
 
 struct odb_HistoryPointAccess;
 
-class odb_HistoryPoint {
+class QTVODB_EXPORT odb_HistoryPoint {
  public:
   // A point of no kind: position() 0.
   odb_HistoryPoint() = default;

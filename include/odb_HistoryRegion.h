@@ -11,6 +11,7 @@
 #include <memory>
 
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_HistoryOutput.h"
 #include "odb_HistoryPoint.h"
 #include "odb_LoadCase.h"
@@ -24,7 +25,7 @@ enum odb_HistoryRegionEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_HistoryRegionEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_HistoryRegionEnm, 1> {
   static const uti_LabelRow<odb_HistoryRegionEnm> rows[];
 };
 
@@ -34,7 +35,7 @@ enum odb_HistoryRegionPersEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_HistoryRegionPersEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_HistoryRegionPersEnm, 1> {
   static const uti_LabelRow<odb_HistoryRegionPersEnm> rows[];
 };
 
@@ -43,11 +44,10 @@ using odb_HistoryOutputRepositoryIT = odb_RepositoryIterator<odb_String, odb_His
 
 struct odb_HistoryRegionData;
 
-class odb_HistoryRegion {
+class QTVODB_EXPORT odb_HistoryRegion {
  public:
   // An empty orphan region.
   odb_HistoryRegion();
-  explicit odb_HistoryRegion(std::shared_ptr<odb_HistoryRegionData> data);
 
   odb_String name() const;
   odb_String description() const;
@@ -85,6 +85,9 @@ class odb_HistoryRegion {
   odb_HistoryRegion getSubset(const odb_String& outputName) const;
 
  private:
+  friend struct odb_HistoryRegionAccess;
+
+  explicit odb_HistoryRegion(std::shared_ptr<odb_HistoryRegionData> data);
   odb_HistoryRegion Subset(double start, double end, bool bounded) const;
 
   std::shared_ptr<odb_HistoryRegionData> m_data;

@@ -15,15 +15,17 @@
 #ifndef ODB_INITIALIZE_H
 #define ODB_INITIALIZE_H
 
-void odb_initialize(int& count);
-void odb_finalize(int& count);
+#include "odb_Export.h"
+
+QTVODB_EXPORT void odb_initialize(int& count);
+QTVODB_EXPORT void odb_finalize(int& count);
 
 extern "C" {
-void odb_initializeAPI();
-void odb_finalizeAPI();
+QTVODB_EXPORT void odb_initializeAPI();
+QTVODB_EXPORT void odb_finalizeAPI();
 }
 
 // True between the first odb_initialize and the matching last odb_finalize.
-bool odb_isInitialized();
+QTVODB_EXPORT bool odb_isInitialized();
 
 #endif

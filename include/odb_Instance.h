@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "odb_DiscreteEntity.h"
+#include "odb_Export.h"
 #include "odb_Repository.h"
 #include "odb_Sequence.h"
 #include "odb_SequenceElement.h"
@@ -28,15 +29,14 @@ enum odb_InstanceEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_InstanceEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_InstanceEnm, 1> {
   static const uti_LabelRow<odb_InstanceEnm> rows[];
 };
 
-class odb_Instance : public odb_DiscreteEntity {
+class QTVODB_EXPORT odb_Instance : public odb_DiscreteEntity {
  public:
   // An instance of no database; the creators throw.
   odb_Instance() = default;
-  explicit odb_Instance(std::shared_ptr<odb_EntityData> data) : odb_DiscreteEntity(data) {}
 
   // The name of the part placed.
   odb_String partName() const;
@@ -62,6 +62,11 @@ class odb_Instance : public odb_DiscreteEntity {
                    const odb_SequenceElementFace& faces);
   odb_Set& Surface(const odb_String& name, const odb_SequenceElement& elements,
                    const odb_SequenceElementFace& faces);
+
+ private:
+  friend struct odb_InstanceAccess;
+
+  explicit odb_Instance(std::shared_ptr<odb_EntityData> data) : odb_DiscreteEntity(data) {}
 };
 
 using odb_InstanceRepository = odb_Repository<odb_String, odb_Instance>;

@@ -8,9 +8,10 @@
 #ifndef ODB_LOADCASE_H
 #define ODB_LOADCASE_H
 
+#include "odb_Export.h"
 #include "odb_String.h"
 
-class odb_LoadCase {
+class QTVODB_EXPORT odb_LoadCase {
  public:
   // No load case.
   odb_LoadCase() = default;

@@ -16,6 +16,7 @@
 
 #include <memory>
 
+#include "odb_Export.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
 
@@ -31,18 +32,16 @@ enum odb_MaterialEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_MaterialEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_MaterialEnm, 1> {
   static const uti_LabelRow<odb_MaterialEnm> rows[];
 };
 
 struct odb_MaterialData;
 
-class odb_Material {
+class QTVODB_EXPORT odb_Material {
  public:
   // An empty handle.
   odb_Material();
-  // Used by the material repository.
-  explicit odb_Material(std::shared_ptr<odb_MaterialData> data);
 
   odb_String name() const;
 
@@ -71,6 +70,10 @@ class odb_Material {
   bool isEmpty() const { return !m_data; }
 
  private:
+  friend struct odb_MaterialAccess;
+
+  explicit odb_Material(std::shared_ptr<odb_MaterialData> data);
+
   std::shared_ptr<odb_MaterialData> m_data;
 };
 

@@ -10,22 +10,18 @@
 #ifndef ODB_MATERIALREPOSITORY_H
 #define ODB_MATERIALREPOSITORY_H
 
-#include <memory>
-
+#include "ddb_Ddb.h"
+#include "odb_Export.h"
 #include "odb_Material.h"
 #include "odb_Repository.h"
 #include "odb_String.h"
 
-class store_Database;
+struct odb_MaterialRepositoryAccess;
 
-class odb_MaterialRepository : public odb_Repository<odb_String, odb_Material> {
+class QTVODB_EXPORT odb_MaterialRepository : public odb_Repository<odb_String, odb_Material> {
  public:
-  // A repository of no database: Load finds nothing and the creator throws.
+  // A repository of no database: its creator throws.
   odb_MaterialRepository() = default;
-  explicit odb_MaterialRepository(std::shared_ptr<store_Database> store);
-
-  // Adds every stored material not yet held, with the properties stored for it.
-  void Load();
 
   // Stores a new material with no properties given and returns it. Throws "Invalid material
   // name." for an empty name, "A material named "NAME" already exists." for a name already held
@@ -36,10 +32,16 @@ class odb_MaterialRepository : public odb_Repository<odb_String, odb_Material> {
   odb_Material& Material(const odb_String& name);
 
  private:
+  friend struct odb_MaterialRepositoryAccess;
+
   using odb_Repository::insert;
   using odb_Repository::remove;
 
-  std::shared_ptr<store_Database> m_store;
+  // Adds every stored entry not yet held.
+  void Load();
+
+  // The database file; of no file for a repository of no database.
+  ddb_Ddb m_ddb;
 };
 
 using odb_MaterialRepositoryIT = odb_RepositoryIterator<odb_String, odb_Material>;

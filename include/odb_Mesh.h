@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "odb_Element.h"
+#include "odb_Export.h"
 #include "odb_Node.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
@@ -28,15 +29,14 @@ enum odb_MeshEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_MeshEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_MeshEnm, 1> {
   static const uti_LabelRow<odb_MeshEnm> rows[];
 };
 
-class odb_Mesh {
+class QTVODB_EXPORT odb_Mesh {
  public:
   // A mesh of nothing: no nodes, no elements; label lookups throw "Invalid Node label".
   odb_Mesh() = default;
-  explicit odb_Mesh(std::shared_ptr<odb_MeshData> data);
 
   // The instance this mesh is seen through; empty for a part's own mesh.
   odb_String instanceName() const;
@@ -55,10 +55,13 @@ class odb_Mesh {
   int nodePosition(int label) const;
   int elementPosition(int label) const;
 
-  const std::shared_ptr<odb_MeshData>& data() const { return m_data; }
   bool operator==(const odb_Mesh& other) const { return m_data == other.m_data; }
 
  private:
+  friend struct odb_MeshAccess;
+
+  explicit odb_Mesh(std::shared_ptr<odb_MeshData> data);
+
   std::shared_ptr<odb_MeshData> m_data;
 };
 

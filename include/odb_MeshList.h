@@ -8,6 +8,7 @@
 
 #include "cow_List.h"
 #include "odb_Element.h"
+#include "odb_Export.h"
 #include "odb_Mesh.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
@@ -16,11 +17,11 @@
 enum odb_MeshListEnm : int { odb_MeshList_INVALID_PART_INDEX = 0, odb_MeshList_INVALID_NAME = 1 };
 
 template <>
-struct uti_LabelTable<odb_MeshListEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_MeshListEnm, 1> {
   static const uti_LabelRow<odb_MeshListEnm> rows[];
 };
 
-class odb_MeshList {
+class QTVODB_EXPORT odb_MeshList {
  public:
   int size() const { return m_meshes.Size(); }
   void append(const odb_Mesh& mesh) { m_meshes.Append(mesh); }

@@ -14,11 +14,13 @@
 
 #include <initializer_list>
 
+#include "odb_Export.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
 
 // The text with its placeholders filled from `args`; a null text gives the empty string.
-odb_String odb_FormatMessage(const char* text, std::initializer_list<odb_String> args);
+QTVODB_EXPORT odb_String odb_FormatMessage(const char* text,
+                                           std::initializer_list<odb_String> args);
 
 // The catalogue text of `code` filled from `args` (a code missing from the catalogue reports the
 // label map's assertion and gives the empty string).

@@ -6,7 +6,9 @@
 #ifndef ODB_NODE_H
 #define ODB_NODE_H
 
-class odb_Node {
+#include "odb_Export.h"
+
+class QTVODB_EXPORT odb_Node {
  public:
   // A node of no mesh: label -1, index -1, at the origin.
   odb_Node() = default;

@@ -42,10 +42,12 @@
 
 #include <memory>
 
+#include "ddb_Ddb.h"
 #include "odb_Assembly.h"
 #include "odb_DiscretePart.h"
 #include "odb_DiscretePartRepository.h"
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_Frame.h"
 #include "odb_MaterialRepository.h"
 #include "odb_SectionCategory.h"
@@ -55,8 +57,8 @@
 #include "odb_StepRepository.h"
 #include "odb_String.h"
 
-class store_Database;
 struct odb_OdbData;
+struct odb_OdbAccess;
 
 // The messages of the database object.
 enum odb_OdbEnm : int {
@@ -69,21 +71,19 @@ enum odb_OdbEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_OdbEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_OdbEnm, 1> {
   static const uti_LabelRow<odb_OdbEnm> rows[];
 };
 
-class odb_Odb {
+class QTVODB_EXPORT odb_Odb {
  public:
   // An empty database: no file; the registry returns it for a name it does not hold.
   odb_Odb();
-  // Used by the registry when it creates or opens a file.
+  // Used by the registry when it creates or opens a file: a database of that identity on the
+  // file `ddb`, writable unless `readOnly`.
   odb_Odb(const odb_String& name, const odb_String& analysisTitle, const odb_String& description,
-          const odb_String& path, std::shared_ptr<store_Database> ddb, bool readOnly,
+          const odb_String& path, const ddb_Ddb& ddb, bool readOnly,
           bool onlyUserDefinedData = false);
-
-  // A handle on the shared state of another handle; internal.
-  explicit odb_Odb(std::shared_ptr<odb_OdbData> data) : m_data(std::move(data)) {}
 
   odb_String name() const;
   odb_String analysisTitle() const;
@@ -93,8 +93,8 @@ class odb_Odb {
   bool isReadOnly() const;
   // False for the empty database and after the file was closed.
   bool isOpen() const;
-  // The file, shared; null for the empty database.
-  std::shared_ptr<store_Database> ddb() const;
+  // The file, as an opaque handle; the handle of no file (isNull()) for the empty database.
+  ddb_Ddb ddb() const;
 
   // The steps in the order they were added; `step()` is the same repository.
   odb_StepRepository& steps();
@@ -147,6 +147,11 @@ class odb_Odb {
   bool onlyHasUserDefinedData() const;
 
  private:
+  friend struct odb_OdbAccess;
+
+  // A handle on the shared state of another handle.
+  explicit odb_Odb(std::shared_ptr<odb_OdbData> data) : m_data(std::move(data)) {}
+
   std::shared_ptr<odb_OdbData> m_data;
 };
 

@@ -16,18 +16,17 @@
 #ifndef ODB_ODBREPOSITORY_H
 #define ODB_ODBREPOSITORY_H
 
-#include <initializer_list>
-#include <map>
 #include <memory>
-#include <string>
-#include <vector>
 
 #include "cow_Btree.h"
+#include "odb_Export.h"
 #include "odb_Odb.h"
+#include "odb_Sequence.h"
 #include "odb_String.h"
 #include "thr_GlobalSingleton.h"
 
-class store_Database;
+struct odb_OdbRepositoryFiles;
+struct odb_OdbRepositoryAccess;
 
 // The messages of the registry.
 enum odb_OdbRepositoryEnm : int {
@@ -44,20 +43,19 @@ enum odb_OdbRepositoryEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_OdbRepositoryEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_OdbRepositoryEnm, 1> {
   static const uti_LabelRow<odb_OdbRepositoryEnm> rows[];
 };
 
-class odb_OdbRepository : public thr_GlobalSingleton<odb_OdbRepository> {
+class QTVODB_EXPORT odb_OdbRepository : public thr_GlobalSingleton<odb_OdbRepository> {
  public:
-  odb_OdbRepository() = default;
+  odb_OdbRepository();
   // Closes every database still registered, in name order.
   ~odb_OdbRepository();
 
-  // The registry, made on first use.
-  static odb_OdbRepository& Instance() {
-    return thr_GlobalSingleton<odb_OdbRepository>::Instance();
-  }
+  // The registry, made on first use; the same object as
+  // thr_GlobalSingleton<odb_OdbRepository>::Instance().
+  static odb_OdbRepository& Instance();
 
   // Adds or replaces the database registered under `name`.
   void insert(const odb_String& name, const odb_Odb& odb);
@@ -72,34 +70,20 @@ class odb_OdbRepository : public thr_GlobalSingleton<odb_OdbRepository> {
   // Drops every name whose database has this path.
   void RespondToCloseOdb(const odb_String& path);
   bool IsFileOpen(const odb_String& path) const;
-  // True, with a warning, when the lock file of `path` exists.
+  // True, with a warning, when the lock file of `path` (the path with ".lck" appended) exists.
   bool IsOdbLocked(const odb_String& path) const;
+  // Creates the lock file of `path`; false when it cannot be written.
   bool LockOdb(const odb_String& path) const;
+  // Deletes the lock file of `path`; false when there was none to delete.
   bool RemoveLock(const odb_String& path) const;
   const cow_Btree<odb_String, odb_Odb>& odbMap() const { return m_odbMap; }
 
-  // Closes the file at `path` for every name that uses it, deleting the lock file of a writable
-  // one, and drops those names.
-  void CloseOdb(const odb_String& path);
-  // The open file at `path` shared by the names that use it, or null.
-  std::shared_ptr<store_Database> OpenFile(const odb_String& path) const;
-  void AddOpenFile(const odb_String& path, std::shared_ptr<store_Database> file);
-
-  // Reports a catalogue warning to this thread's warning sink.
-  static void Warn(odb_OdbRepositoryEnm code, std::initializer_list<odb_String> args);
-  // The lock file of `path`.
-  static odb_String LockFileOf(const odb_String& path);
-
  private:
-  std::vector<odb_String> NamesOf(const odb_String& path) const;
-
-  // Drops `name` from the map, keeping its object alive in m_closed.
-  void Drop(const odb_String& name);
+  friend struct odb_OdbRepositoryAccess;
 
   cow_Btree<odb_String, odb_Odb> m_odbMap;
-  // The objects of the names closed so far: callers may still hold references to them.
-  std::vector<cow_BtreeLink<odb_String, odb_Odb>> m_closed;
-  std::map<std::string, std::shared_ptr<store_Database>> m_openFiles;
+  // The open files by path, and the objects of the names closed so far.
+  std::unique_ptr<odb_OdbRepositoryFiles> m_files;
   odb_Odb m_fallback;
 };
 
@@ -107,36 +91,37 @@ class odb_OdbRepository : public thr_GlobalSingleton<odb_OdbRepository> {
 // takes them again) and looks each database up as it goes, so that it never holds a share of the
 // registry's map: a shared map would be copied by the next registration, moving the databases
 // that callers hold references to.
-class odb_OdbRepositoryIT {
+class QTVODB_EXPORT odb_OdbRepositoryIT {
  public:
   explicit odb_OdbRepositoryIT(odb_OdbRepository& repository) : m_repository(repository) {
     first();
   }
   void first();
   void next() { ++m_i; }
-  bool isDone() const { return m_i >= static_cast<int>(m_names.size()); }
+  bool isDone() const { return m_i >= m_names.size(); }
   // The current name and database; past the end, an empty name and the fallback database.
   const odb_String& currentKey() const;
   const odb_Odb& currentValue() const { return m_repository.constGet(currentKey()); }
 
  private:
   odb_OdbRepository& m_repository;
-  std::vector<odb_String> m_names;
+  odb_SequenceString m_names;
   int m_i = 0;
 };
 // Creates a new database file at `path` (replacing any file there), registers it under `name`
 // (the path when empty), writable, and returns it. Throws "A database named ('NAME') already
 // exists.", "The path 'PATH' has an existing ddb associated with it." or "Cannot create file
 // PATH. REASON".
-odb_Odb& Odb(const odb_String& name, const odb_String& analysisTitle, const odb_String& description,
-             const odb_String& path);
+QTVODB_EXPORT odb_Odb& Odb(const odb_String& name, const odb_String& analysisTitle,
+                           const odb_String& description, const odb_String& path);
 // Opens the file at `path` under its absolute path as name.
-odb_Odb& openOdb(const odb_String& path, bool readOnly = false);
+QTVODB_EXPORT odb_Odb& openOdb(const odb_String& path, bool readOnly = false);
 // Opens the file at `path` under `name` (the path when empty). A file of an older schema throws
 // code 0, of a newer one code 1; a file that cannot be read throws "Cannot open file PATH.
 // REASON". A write open becomes read-only, with a warning, when a lock file exists or the file's
 // permissions forbid writing. Opening a registered name again returns the same object.
-odb_Odb& openOdb(const odb_String& name, const odb_String& path, bool readOnly = false);
+QTVODB_EXPORT odb_Odb& openOdb(const odb_String& name, const odb_String& path,
+                               bool readOnly = false);
 // The same for two texts: without it, openOdb("name", "path") would take "path" as the bool.
 inline odb_Odb& openOdb(const char* name, const char* path, bool readOnly = false) {
   return openOdb(odb_String(name), odb_String(path), readOnly);
@@ -146,8 +131,8 @@ inline odb_Odb& openOdb(const char* name, const char* path, bool readOnly = fals
 // the database is then back at its last save, in its file and in memory: what was written since
 // is gone, and handles reached before are retired (odb_Odb.h says what that means). Once the
 // cause is gone, the same database writes and saves again.
-void saveOdb(odb_Odb& odb);
+QTVODB_EXPORT void saveOdb(odb_Odb& odb);
 // Closes the database's file for every name that uses it; what was not saved is discarded.
-void closeOdb(odb_Odb& odb);
+QTVODB_EXPORT void closeOdb(odb_Odb& odb);
 
 #endif

@@ -10,10 +10,11 @@
 
 #include "cow_Btree.h"
 #include "odb_Exception.h"
+#include "odb_Export.h"
 #include "odb_String.h"
 
 template <class K, class T>
-class odb_Repository {
+class QTVODB_EXPORT odb_Repository {
  public:
   using Map = cow_Btree<K, T>;
 
@@ -55,7 +56,7 @@ class odb_Repository {
 
 // Walks a repository in ascending name order: first(), then next() until isDone().
 template <class K, class T>
-class odb_RepositoryIterator {
+class QTVODB_EXPORT odb_RepositoryIterator {
  public:
   explicit odb_RepositoryIterator(const odb_Repository<K, T>& repository) : m_it(repository.map()) {
     m_it.First();

@@ -19,6 +19,7 @@
 
 #include <memory>
 
+#include "odb_Export.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
@@ -37,13 +38,13 @@ enum odb_SectionEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_SectionEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_SectionEnm, 1> {
   static const uti_LabelRow<odb_SectionEnm> rows[];
 };
 
 struct odb_SectionData;
 
-class odb_Section {
+class QTVODB_EXPORT odb_Section {
  public:
   // What a section describes; stored in database files by number. A number this release does
   // not know (a file of a newer release) is given back as stored.
@@ -51,8 +52,6 @@ class odb_Section {
 
   // An empty handle.
   odb_Section();
-  // Used by the section repository.
-  explicit odb_Section(std::shared_ptr<const odb_SectionData> data);
 
   odb_String name() const;
   Kind kind() const;
@@ -72,6 +71,10 @@ class odb_Section {
   bool isEmpty() const { return !m_data; }
 
  private:
+  friend struct odb_SectionAccess;
+
+  explicit odb_Section(std::shared_ptr<const odb_SectionData> data);
+
   std::shared_ptr<const odb_SectionData> m_data;
 };
 

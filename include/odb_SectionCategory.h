@@ -18,6 +18,7 @@
 
 #include <memory>
 
+#include "odb_Export.h"
 #include "odb_SectionPoint.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
@@ -31,18 +32,16 @@ enum odb_SectionCategoryEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_SectionCategoryEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_SectionCategoryEnm, 1> {
   static const uti_LabelRow<odb_SectionCategoryEnm> rows[];
 };
 
 struct odb_SectionCategoryData;
 
-class odb_SectionCategory {
+class QTVODB_EXPORT odb_SectionCategory {
  public:
   // The empty category.
   odb_SectionCategory();
-  // Used by the section-category repository.
-  explicit odb_SectionCategory(std::shared_ptr<odb_SectionCategoryData> data);
 
   // The category's name, unique in its database, for example "shell < STEEL >".
   odb_String name() const;
@@ -63,6 +62,10 @@ class odb_SectionCategory {
   bool isEmpty() const { return !m_data; }
 
  private:
+  friend struct odb_SectionCategoryAccess;
+
+  explicit odb_SectionCategory(std::shared_ptr<odb_SectionCategoryData> data);
+
   std::shared_ptr<odb_SectionCategoryData> m_data;
 };
 

@@ -10,22 +10,19 @@
 #ifndef ODB_SECTIONCATEGORYREPOSITORY_H
 #define ODB_SECTIONCATEGORYREPOSITORY_H
 
-#include <memory>
-
+#include "ddb_Ddb.h"
+#include "odb_Export.h"
 #include "odb_Repository.h"
 #include "odb_SectionCategory.h"
 #include "odb_String.h"
 
-class store_Database;
+struct odb_SectionCategoryRepositoryAccess;
 
-class odb_SectionCategoryRepository : public odb_Repository<odb_String, odb_SectionCategory> {
+class QTVODB_EXPORT odb_SectionCategoryRepository
+    : public odb_Repository<odb_String, odb_SectionCategory> {
  public:
-  // A repository of no database: Load finds nothing and the creator throws.
+  // A repository of no database: its creator throws.
   odb_SectionCategoryRepository() = default;
-  explicit odb_SectionCategoryRepository(std::shared_ptr<store_Database> store);
-
-  // Adds every stored category not yet held, with its section points.
-  void Load();
 
   // Stores the category `name` and returns it. When the repository already holds that name it
   // returns the held category unchanged (its description included) and writes nothing: a solver
@@ -37,10 +34,16 @@ class odb_SectionCategoryRepository : public odb_Repository<odb_String, odb_Sect
   odb_SectionCategory& SectionCategory(const odb_String& name, const odb_String& description);
 
  private:
+  friend struct odb_SectionCategoryRepositoryAccess;
+
   using odb_Repository::insert;
   using odb_Repository::remove;
 
-  std::shared_ptr<store_Database> m_store;
+  // Adds every stored entry not yet held.
+  void Load();
+
+  // The database file; of no file for a repository of no database.
+  ddb_Ddb m_ddb;
 };
 
 using odb_SectionCategoryRepositoryIT = odb_RepositoryIterator<odb_String, odb_SectionCategory>;

@@ -11,10 +11,11 @@
 #ifndef ODB_SECTIONPOINT_H
 #define ODB_SECTIONPOINT_H
 
+#include "odb_Export.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
 
-class odb_SectionPoint {
+class QTVODB_EXPORT odb_SectionPoint {
  public:
   // No section point: number -1, empty description.
   odb_SectionPoint();
@@ -30,7 +31,7 @@ class odb_SectionPoint {
 };
 
 // Points are equal when their numbers and descriptions are.
-bool operator==(const odb_SectionPoint& a, const odb_SectionPoint& b);
+QTVODB_EXPORT bool operator==(const odb_SectionPoint& a, const odb_SectionPoint& b);
 inline bool operator!=(const odb_SectionPoint& a, const odb_SectionPoint& b) {
   return !(a == b);
 }

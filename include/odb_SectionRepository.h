@@ -14,24 +14,19 @@
 #ifndef ODB_SECTIONREPOSITORY_H
 #define ODB_SECTIONREPOSITORY_H
 
-#include <memory>
-
+#include "ddb_Ddb.h"
+#include "odb_Export.h"
 #include "odb_Repository.h"
 #include "odb_Section.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
 
-class store_Database;
+struct odb_SectionRepositoryAccess;
 
-class odb_SectionRepository : public odb_Repository<odb_String, odb_Section> {
+class QTVODB_EXPORT odb_SectionRepository : public odb_Repository<odb_String, odb_Section> {
  public:
-  // A repository of no database: Load finds nothing and the creators throw.
+  // A repository of no database: its creators throw.
   odb_SectionRepository() = default;
-  explicit odb_SectionRepository(std::shared_ptr<store_Database> store);
-
-  // Adds every stored section not yet held. Throws "The stored dimensions of section "NAME" are
-  // damaged." for a beam whose dimensions are not a whole number of 8-byte values.
-  void Load();
 
   // The creators store a new section and return it; the reference stays valid until the
   // repository's entries change. Each checks, in this order: "Invalid section name." for an
@@ -53,6 +48,8 @@ class odb_SectionRepository : public odb_Repository<odb_String, odb_Section> {
                            const odb_String& profile, const odb_SequenceDouble& dimensions);
 
  private:
+  friend struct odb_SectionRepositoryAccess;
+
   using odb_Repository::insert;
   using odb_Repository::remove;
 
@@ -61,7 +58,12 @@ class odb_SectionRepository : public odb_Repository<odb_String, odb_Section> {
                                               const odb_String& materialName) const;
   odb_Section& Add(const std::shared_ptr<const odb_SectionData>& section);
 
-  std::shared_ptr<store_Database> m_store;
+  // Adds every stored entry not yet held. Throws "The stored dimensions of section "NAME" are
+  // damaged." for a beam whose dimensions are not a whole number of 8-byte values.
+  void Load();
+
+  // The database file; of no file for a repository of no database.
+  ddb_Ddb m_ddb;
 };
 
 using odb_SectionRepositoryIT = odb_RepositoryIterator<odb_String, odb_Section>;

@@ -14,6 +14,7 @@
 
 #include "cow_1DArrayList.h"
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_String.h"
 
 template <class T, class L>
@@ -21,20 +22,20 @@ class odb_Sequence;
 
 // How a sequence stores an element of type T.
 template <class T>
-struct odb_SequenceStorage {
+struct QTVODB_EXPORT odb_SequenceStorage {
   using type = T;
 };
 template <>
-struct odb_SequenceStorage<odb_String> {
+struct QTVODB_EXPORT odb_SequenceStorage<odb_String> {
   using type = cow_String;
 };
 template <class U, class L>
-struct odb_SequenceStorage<odb_Sequence<U, L>> {
+struct QTVODB_EXPORT odb_SequenceStorage<odb_Sequence<U, L>> {
   using type = L;
 };
 
 template <class T, class L = cow_1DArrayList<typename odb_SequenceStorage<T>::type>>
-class odb_Sequence {
+class QTVODB_EXPORT odb_Sequence {
   using S = typename L::value_type;
   static_assert(sizeof(S) == sizeof(T), "an element must have the layout of what stores it");
 

@@ -9,32 +9,30 @@
 #define ODB_SEQUENCEELEMENT_H
 
 #include <memory>
-#include <vector>
 
 #include "odb_Element.h"
-#include "odb_MeshSelection.h"
+#include "odb_Export.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
 
 struct odb_MeshData;
+class odb_MeshSelection;
+struct odb_SequenceElementAccess;
 
 // The messages of element sequences.
 enum odb_SequenceElementEnm : int { odb_SequenceElement_OTHER_PART = 0 };
 
 template <>
-struct uti_LabelTable<odb_SequenceElementEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_SequenceElementEnm, 1> {
   static const uti_LabelRow<odb_SequenceElementEnm> rows[];
 };
 
-class odb_SequenceElement {
+class QTVODB_EXPORT odb_SequenceElement {
  public:
   // No elements, of no mesh.
   odb_SequenceElement() = default;
-  // All elements of a mesh, or those at `positions` (0-based, in that order).
-  explicit odb_SequenceElement(std::shared_ptr<odb_MeshData> mesh);
-  odb_SequenceElement(std::shared_ptr<odb_MeshData> mesh, std::vector<int> positions);
 
-  int size() const { return m_selection.Size(); }
+  int size() const;
   int numElements() const { return size(); }
   // Element i (0-based); throws "Element index out of range.".
   odb_Element element(int i) const;
@@ -58,13 +56,19 @@ class odb_SequenceElement {
   // The instance whose mesh this is; empty for a part.
   odb_String instanceName() const;
 
-  const std::shared_ptr<odb_MeshData>& mesh() const { return m_selection.Mesh(); }
-  // The position in the mesh of entry i (no check).
-  int PositionAt(int i) const { return m_selection.PositionAt(i); }
-
  private:
-  explicit odb_SequenceElement(odb_MeshSelection selection) : m_selection(std::move(selection)) {}
-  odb_MeshSelection m_selection;
+  friend struct odb_SequenceElementAccess;
+
+  explicit odb_SequenceElement(std::shared_ptr<const odb_MeshSelection> selection);
+  // The selection; an empty one of no mesh when there is none.
+  const odb_MeshSelection& Selection() const;
+  // The mesh of the elements; null for none of no mesh.
+  const std::shared_ptr<odb_MeshData>& mesh() const;
+  // The position in the mesh of entry i (no check).
+  int PositionAt(int i) const;
+
+  // The elements' mesh and their positions in it; null for none of no mesh.
+  std::shared_ptr<const odb_MeshSelection> m_selection;
 };
 
 #endif

@@ -13,14 +13,15 @@
 #define ODB_SEQUENCEFIELDVALUE_H
 
 #include <memory>
-#include <vector>
 
+#include "odb_Export.h"
 #include "odb_FieldValue.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
 #include "odb_SubField.h"
+#include "uti_Array.h"
 
-class odb_SequenceFieldValue {
+class QTVODB_EXPORT odb_SequenceFieldValue {
  public:
   odb_SequenceFieldValue() = default;
 
@@ -48,8 +49,8 @@ class odb_SequenceFieldValue {
   void Locate(int i, int& block, int& at) const;
 
   odb_SequenceSubField m_subFields;
-  std::vector<int> m_starts;  // the index of each sub-field's first value
-  std::vector<odb_FieldValue> m_loose;
+  uti_Array<int> m_starts;  // the index of each sub-field's first value
+  uti_Array<odb_FieldValue> m_loose;
   mutable odb_FieldValue m_current;
   mutable int m_hint = 0;
 };

@@ -13,16 +13,15 @@
 
 #include <memory>
 
+#include "odb_Export.h"
 #include "odb_Frame.h"
 
 struct odb_StepData;
 
-class odb_SequenceFrame {
+class QTVODB_EXPORT odb_SequenceFrame {
  public:
   // A view of no frames.
   odb_SequenceFrame() = default;
-  // Used by the step.
-  explicit odb_SequenceFrame(std::shared_ptr<odb_StepData> step);
 
   // The number of frames of the step, as last read from the database (see odb_Step::update).
   int size() const;
@@ -34,6 +33,9 @@ class odb_SequenceFrame {
   const odb_Frame& operator[](int i) const { return constGet(i); }
 
  private:
+  friend struct odb_SequenceFrameAccess;
+
+  explicit odb_SequenceFrame(std::shared_ptr<odb_StepData> step);
   std::shared_ptr<odb_StepData> m_step;
 };
 

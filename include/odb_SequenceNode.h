@@ -8,32 +8,30 @@
 #define ODB_SEQUENCENODE_H
 
 #include <memory>
-#include <vector>
 
-#include "odb_MeshSelection.h"
+#include "odb_Export.h"
 #include "odb_Node.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
 
 struct odb_MeshData;
+class odb_MeshSelection;
+struct odb_SequenceNodeAccess;
 
 // The messages of node sequences.
 enum odb_SequenceNodeEnm : int { odb_SequenceNode_OTHER_PART = 0 };
 
 template <>
-struct uti_LabelTable<odb_SequenceNodeEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_SequenceNodeEnm, 1> {
   static const uti_LabelRow<odb_SequenceNodeEnm> rows[];
 };
 
-class odb_SequenceNode {
+class QTVODB_EXPORT odb_SequenceNode {
  public:
   // No nodes, of no mesh.
   odb_SequenceNode() = default;
-  // All nodes of a mesh, or those at `positions` (0-based, in that order).
-  explicit odb_SequenceNode(std::shared_ptr<odb_MeshData> mesh);
-  odb_SequenceNode(std::shared_ptr<odb_MeshData> mesh, std::vector<int> positions);
 
-  int size() const { return m_selection.Size(); }
+  int size() const;
   // Node i (0-based); throws "Node index out of range.".
   odb_Node node(int i) const;
   odb_Node operator[](int i) const { return node(i); }
@@ -54,13 +52,19 @@ class odb_SequenceNode {
   // The instance whose mesh this is; empty for a part.
   odb_String instanceName() const;
 
-  const std::shared_ptr<odb_MeshData>& mesh() const { return m_selection.Mesh(); }
-  // The position in the mesh of entry i (no check).
-  int PositionAt(int i) const { return m_selection.PositionAt(i); }
-
  private:
-  explicit odb_SequenceNode(odb_MeshSelection selection) : m_selection(std::move(selection)) {}
-  odb_MeshSelection m_selection;
+  friend struct odb_SequenceNodeAccess;
+
+  explicit odb_SequenceNode(std::shared_ptr<const odb_MeshSelection> selection);
+  // The selection; an empty one of no mesh when there is none.
+  const odb_MeshSelection& Selection() const;
+  // The mesh of the nodes; null for none of no mesh.
+  const std::shared_ptr<odb_MeshData>& mesh() const;
+  // The position in the mesh of entry i (no check).
+  int PositionAt(int i) const;
+
+  // The nodes' mesh and their positions in it; null for none of no mesh.
+  std::shared_ptr<const odb_MeshSelection> m_selection;
 };
 
 #endif

@@ -10,6 +10,7 @@
 
 #include <memory>
 
+#include "odb_Export.h"
 #include "odb_MeshList.h"
 #include "odb_Sequence.h"
 #include "odb_SequenceElement.h"
@@ -26,17 +27,16 @@ enum odb_SetEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_SetEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_SetEnm, 1> {
   static const uti_LabelRow<odb_SetEnm> rows[];
 };
 
-class odb_Set {
+class QTVODB_EXPORT odb_Set {
  public:
   enum Type { NODE_SET = 0, ELEMENT_SET = 1, SURFACE_SET = 2 };
 
   // An empty node set of no entity.
   odb_Set();
-  explicit odb_Set(std::shared_ptr<odb_SetData> data);
 
   odb_String name() const;
   Type type() const;
@@ -57,9 +57,11 @@ class odb_Set {
   odb_SequenceElementFace faces() const;
   odb_SequenceElementFace faces(const odb_String& instanceName) const;
 
-  const std::shared_ptr<odb_SetData>& data() const { return m_data; }
-
  private:
+  friend struct odb_SetAccess;
+
+  explicit odb_Set(std::shared_ptr<odb_SetData> data);
+
   std::shared_ptr<odb_SetData> m_data;
 };
 

@@ -22,6 +22,7 @@
 #include <memory>
 
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_Frame.h"
 #include "odb_HistoryPoint.h"
 #include "odb_HistoryRegion.h"
@@ -40,21 +41,19 @@ enum odb_StepEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_StepEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_StepEnm, 1> {
   static const uti_LabelRow<odb_StepEnm> rows[];
 };
 
 struct odb_StepData;
 
-class odb_Step {
+class QTVODB_EXPORT odb_Step {
  public:
   using LoadCaseRepository = odb_Repository<odb_String, odb_LoadCase>;
   using HistoryRegionRepository = odb_HistoryRegionRepository;
 
   // An empty handle: it belongs to no database, has no frames and refuses the creators.
   odb_Step();
-  // Used by the step repository.
-  explicit odb_Step(std::shared_ptr<odb_StepData> data);
 
   odb_String name() const;
   odb_String description() const;
@@ -137,6 +136,9 @@ class odb_Step {
   bool isEmpty() const { return !m_data; }
 
  private:
+  friend struct odb_StepAccess;
+
+  explicit odb_Step(std::shared_ptr<odb_StepData> data);
   std::shared_ptr<odb_StepData> m_data;
   odb_SequenceFrame m_frames;
 };

@@ -2,47 +2,28 @@
 // creators and the readers that keep them in step with the database file.
 //
 // The database object owns its step repository; the repository holds step handles, which share
-// their data with any copies a caller keeps. Reading the steps (Load) reads one record per step
-// and none of their frames; Update reads the step list again and, per known step, only the frames
-// added since. Creators write the new step to the database at once. Copying the repository is
-// O(1) (the lists are shared). One thread at a time.
+// their data with any copies a caller keeps. The database reads its steps on first use, one
+// record per step and none of their frames; odb_Odb::update reads the step list again and, per
+// known step, only the frames added since. Creators write the new step to the database at once.
+// Copying the repository is O(1) (the lists are shared). One thread at a time.
 #ifndef ODB_STEPREPOSITORY_H
 #define ODB_STEPREPOSITORY_H
 
-#include <functional>
 #include <memory>
 
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_Step.h"
 #include "odb_StepRepositoryBase.h"
 #include "odb_String.h"
 
-class store_Database;
-struct odb_AssemblyData;
+struct odb_StepRepositoryData;
+struct odb_StepRepositoryAccess;
 
-class odb_StepRepository : public odb_StepRepositoryBase<odb_Step> {
+class QTVODB_EXPORT odb_StepRepository : public odb_StepRepositoryBase<odb_Step> {
  public:
-  // A repository of no database: Load and Update find nothing and the creators throw.
-  // Finds the database's root assembly, where fields find their instances.
-  using AssemblyLookup = std::function<std::shared_ptr<odb_AssemblyData>()>;
-
+  // A repository of no database: the creators throw.
   odb_StepRepository() = default;
-  explicit odb_StepRepository(std::shared_ptr<store_Database> store,
-                              AssemblyLookup assembly = AssemblyLookup());
-
-  // Appends a step for every stored step not yet held, in stored order; frames are not read.
-  void Load();
-
-  // Writes a new step and appends it. Throws "Invalid step name." for an empty name and "A Step
-  // named "NAME" already exists." for a name already held; the previous step is not checked.
-  odb_Step& AddStep(const odb_String& name, const odb_String& description,
-                    odb_Enum::odb_DomainEnum domain, double timePeriod,
-                    const odb_String& previousStepName, const odb_String& procedure,
-                    double totalTime);
-
-  // Reads the steps stored since the last read and, for each step already held whose frames
-  // have been read, the frames stored since. True when anything new was read.
-  bool Update();
 
   // Creators of steps of one procedure ("*STATIC", "*STATIC, PERTURBATION", "*HEAT TRANSFER"):
   // domain TIME, time period 1, starting (total time) where `previousStepName` ends, or at 0
@@ -56,11 +37,26 @@ class odb_StepRepository : public odb_StepRepositoryBase<odb_Step> {
                              const odb_String& previousStepName);
 
  private:
+  friend struct odb_StepRepositoryAccess;
+
+  // Appends a step for every stored step not yet held, in stored order; frames are not read.
+  void Load();
+  // Reads the steps stored since the last read and, for each step already held whose frames
+  // have been read, the frames stored since. True when anything new was read.
+  bool Update();
+  // Writes a new step and appends it. Throws "Invalid step name." for an empty name and "A Step
+  // named "NAME" already exists." for a name already held; the previous step is not checked.
+  odb_Step& AddStep(const odb_String& name, const odb_String& description,
+                    odb_Enum::odb_DomainEnum domain, double timePeriod,
+                    const odb_String& previousStepName, const odb_String& procedure,
+                    double totalTime);
+
   odb_Step& ProcedureStep(const odb_String& name, const odb_String& description,
                           const odb_String& previousStepName, const char* procedure);
 
-  std::shared_ptr<store_Database> m_store;
-  AssemblyLookup m_assembly;
+  // The database file and how fields find the database's root assembly; null for a repository
+  // of no database.
+  std::shared_ptr<const odb_StepRepositoryData> m_data;
 };
 
 using odb_StepRepositoryIT = odb_StepRepositoryIterator<odb_Step>;

@@ -10,6 +10,7 @@
 
 #include "cow_1DArrayList.h"
 #include "odb_Exception.h"
+#include "odb_Export.h"
 #include "odb_Message.h"
 #include "odb_Sequence.h"
 
@@ -24,12 +25,12 @@ enum odb_StepRepositoryEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_StepRepositoryEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_StepRepositoryEnm, 1> {
   static const uti_LabelRow<odb_StepRepositoryEnm> rows[];
 };
 
 template <class Step>
-class odb_StepRepositoryBase {
+class QTVODB_EXPORT odb_StepRepositoryBase {
  public:
   int size() const { return m_steps.Length(); }
   bool isMember(const odb_String& name) const { return m_names.isMember(name); }
@@ -66,7 +67,7 @@ class odb_StepRepositoryBase {
 
 // Walks the steps in the order in which they were added.
 template <class Step>
-class odb_StepRepositoryIterator {
+class QTVODB_EXPORT odb_StepRepositoryIterator {
  public:
   explicit odb_StepRepositoryIterator(const odb_StepRepositoryBase<Step>& steps) : m_steps(steps) {}
   void first() { m_i = 0; }

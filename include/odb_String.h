@@ -8,8 +8,9 @@
 #define ODB_STRING_H
 
 #include "cow_String.h"
+#include "odb_Export.h"
 
-class odb_String {
+class QTVODB_EXPORT odb_String {
  public:
   odb_String() = default;
   odb_String(const char* text) : m_str(text) {}
@@ -92,6 +93,6 @@ inline bool operator==(const odb_String& a, const char* b) {
 inline bool operator!=(const odb_String& a, const char* b) {
   return a.compare(b) != 0;
 }
-odb_String operator+(const odb_String& a, const odb_String& b);
+QTVODB_EXPORT odb_String operator+(const odb_String& a, const odb_String& b);
 
 #endif

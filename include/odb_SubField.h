@@ -21,9 +21,9 @@
 //   other than the field's components "Data items should be of length N"; a tensor of another
 //   kind's width, or stored in double precision, "Invalid data: must be float tensor." (but
 //   complex data whose real parts are double and imaginary parts single, "Double tensor data
-//   expected."); a tensor of a width of no kind, or oriented by other than 2 or 4 floats, "Tensor type not
-//   implemented."; an orientation on other than a tensor "Transformation not allowed for scalar,
-//   vector or matrix data.";
+//   expected."); a tensor of a width of no kind, or oriented by other than 2 or 4 floats, "Tensor
+//   type not implemented."; an orientation on other than a tensor "Transformation not allowed for
+//   scalar, vector or matrix data.";
 // - a section point that the group's section category lacks: "Section point not valid for
 //   elements." when other elements of its type define it, else "Section Point number N.";
 // - arrays or locations per element that disagree with the group's count: "Length of data
@@ -32,13 +32,14 @@
 #define ODB_SUBFIELD_H
 
 #include <memory>
-#include <vector>
 
 #include "odb_Enum.h"
+#include "odb_Export.h"
 #include "odb_Instance.h"
 #include "odb_SectionPoint.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
+#include "uti_Array.h"
 #include "uti_LabelMap.h"
 
 // The messages of reading and transforming sub-fields (keys odb_SubField_MSGID_00.._29).
@@ -62,7 +63,7 @@ enum odb_SubFieldEnm : int {
   odb_SubField_NO_MESH_INDEX_NAMED = 16,  // %s: the field's name
   odb_SubField_MESH_INDEX_NAMED = 17,     // %s: the field's name
   odb_SubField_UNKNOWN_SET_TYPE = 18,
-  odb_SubField_LENGTH = 19,         // %1$s: expected, %2$s: given
+  odb_SubField_LENGTH = 19,  // %1$s: expected, %2$s: given
   odb_SubField_NODAL_FAILED = 20,
   odb_SubField_ELEMENT_FAILED = 21,  // %s: element type
   odb_SubField_PER_POINT = 22,       // %s: integration points per element
@@ -76,16 +77,15 @@ enum odb_SubFieldEnm : int {
 };
 
 template <>
-struct uti_LabelTable<odb_SubFieldEnm, 1> {
+struct QTVODB_EXPORT uti_LabelTable<odb_SubFieldEnm, 1> {
   static const uti_LabelRow<odb_SubFieldEnm> rows[];
 };
 
 struct odb_SubFieldData;
 
-class odb_SubField {
+class QTVODB_EXPORT odb_SubField {
  public:
   odb_SubField() = default;
-  explicit odb_SubField(std::shared_ptr<odb_SubFieldData> data);
 
   odb_Enum::odb_ResultPositionEnum position() const;
   odb_Enum::odb_DataTypeEnum type() const;
@@ -105,12 +105,13 @@ class odb_SubField {
   // centroid values derived from integration points), each of which spans several locations.
   odb_SequenceInt getSubsetIndices() const;
 
-  const std::shared_ptr<odb_SubFieldData>& data() const { return m_data; }
-
  private:
+  friend struct odb_SubFieldAccess;
+
+  explicit odb_SubField(std::shared_ptr<odb_SubFieldData> data);
   std::shared_ptr<odb_SubFieldData> m_data;
 };
 
-using odb_SequenceSubField = std::vector<odb_SubField>;
+using odb_SequenceSubField = uti_Array<odb_SubField>;
 
 #endif

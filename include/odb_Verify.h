@@ -13,11 +13,12 @@
 #ifndef ODB_VERIFY_H
 #define ODB_VERIFY_H
 
+#include "odb_Export.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
 
 // The problems found in the file at `path`, one sentence each; empty when the file is sound. A
 // file that cannot be opened at all gives one problem saying why. Throws nothing for damage.
-odb_SequenceString odb_verifyOdb(const odb_String& path);
+QTVODB_EXPORT odb_SequenceString odb_verifyOdb(const odb_String& path);
 
 #endif

@@ -24,9 +24,10 @@
 
 #include <iosfwd>
 
+#include "odb_Export.h"
 #include "wip_WIP.h"
 
-class odb_WipReporter : public wip_WipReporter {
+class QTVODB_EXPORT odb_WipReporter : public wip_WipReporter {
  public:
   enum Output { ERROR_LINES, WARNING_LINES, LANDMARK_LINES, VERBOSE_LINES, PRINT_LINES };
 
@@ -45,13 +46,13 @@ class odb_WipReporter : public wip_WipReporter {
   static bool GeneratesWipMessages();
 
   void Error(const odb_String& text) override;
-  void Error(const std::vector<odb_String>& texts) override;
+  void Error(const odb_SequenceString& texts) override;
   void Warning(const odb_String& text) override;
-  void Warning(const std::vector<odb_String>& texts) override;
+  void Warning(const odb_SequenceString& texts) override;
   void Landmark(const odb_String& text) override;
   void Verbose(const odb_String& text) override;
   void Print(const odb_String& text) override;
-  void Print(const std::vector<odb_String>& texts) override;
+  void Print(const odb_SequenceString& texts) override;
   bool Interrupted() override;
   void CommandDone() override;
   void InterruptedThrow() override;

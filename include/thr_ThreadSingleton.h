@@ -6,8 +6,10 @@
 #ifndef THR_THREADSINGLETON_H
 #define THR_THREADSINGLETON_H
 
+#include "odb_Export.h"
+
 template <class T>
-class thr_ThreadSingleton {
+class QTVODB_EXPORT thr_ThreadSingleton {
  public:
   static T& Instance() {
     thread_local T instance;

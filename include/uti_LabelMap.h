@@ -23,12 +23,11 @@
 #ifndef UTI_LABELMAP_H
 #define UTI_LABELMAP_H
 
-#include <cstring>
-
 #include "cow_Assert.h"
+#include "odb_Export.h"
 
 template <class Enm>
-struct uti_LabelRow {
+struct QTVODB_EXPORT uti_LabelRow {
   const char* text;
   const char* key;
   Enm code;
@@ -39,7 +38,7 @@ template <class Enm, int Table = 1>
 struct uti_LabelTable;
 
 template <class Enm, int Table>
-class uti_LabelMap {
+class QTVODB_EXPORT uti_LabelMap {
  public:
   // The text of `code`; a code with no row reports the label-string assertion and gives "".
   static const char* LabelString(Enm code) { return FoundRow(code).text; }
@@ -52,7 +51,7 @@ class uti_LabelMap {
   // null) key reports the resource-string assertion, leaves `code` alone and returns false.
   static bool CodeOfResource(const char* key, Enm& code) {
     for (const uti_LabelRow<Enm>* row = Rows(); !IsEnd(*row); ++row) {
-      if (key && row->key && std::strcmp(row->key, key) == 0) {
+      if (key && row->key && SameKey(row->key, key)) {
         code = row->code;
         return true;
       }
@@ -75,6 +74,13 @@ class uti_LabelMap {
 
  private:
   static const uti_LabelRow<Enm>* Rows() { return uti_LabelTable<Enm, Table>::rows; }
+  static bool SameKey(const char* a, const char* b) {
+    while (*a && *a == *b) {
+      ++a;
+      ++b;
+    }
+    return *a == *b;
+  }
   static bool IsEnd(const uti_LabelRow<Enm>& row) { return !row.text && !row.key; }
   // The row of `code`, or, after reporting the label-string assertion, a row of empty texts.
   static const uti_LabelRow<Enm>& FoundRow(Enm code) {

@@ -14,28 +14,28 @@
 #ifndef WIP_WIP_H
 #define WIP_WIP_H
 
-#include <vector>
-
+#include "odb_Export.h"
+#include "odb_Sequence.h"
 #include "odb_String.h"
 
-class wip_WipReporter {
+class QTVODB_EXPORT wip_WipReporter {
  public:
   virtual ~wip_WipReporter() = default;
 
   // An error that ends the operation; the list forms report their first text (an empty list
   // reports the empty text).
   virtual void Error(const odb_String& text) = 0;
-  virtual void Error(const std::vector<odb_String>& texts) = 0;
+  virtual void Error(const odb_SequenceString& texts) = 0;
   // A warning: processing goes on.
   virtual void Warning(const odb_String& text) = 0;
-  virtual void Warning(const std::vector<odb_String>& texts) = 0;
+  virtual void Warning(const odb_SequenceString& texts) = 0;
   // A progress line.
   virtual void Landmark(const odb_String& text) = 0;
   // Extra detail for those who ask for it.
   virtual void Verbose(const odb_String& text) = 0;
   // Plain output: one text, or several texts one after the other.
   virtual void Print(const odb_String& text) = 0;
-  virtual void Print(const std::vector<odb_String>& texts) = 0;
+  virtual void Print(const odb_SequenceString& texts) = 0;
   // True when the user asked to stop the running command.
   virtual bool Interrupted() = 0;
   // The running command has finished.
@@ -44,7 +44,7 @@ class wip_WipReporter {
   virtual void InterruptedThrow() = 0;
 };
 
-class wip_WIP {
+class QTVODB_EXPORT wip_WIP {
  public:
   // Installs `reporter` (null uninstalls) and returns the one installed before.
   wip_WipReporter* Install(wip_WipReporter* reporter);
@@ -56,9 +56,9 @@ class wip_WIP {
   // Forwarded to the installed reporter; warnings and landmarks are dropped when there is none.
   // Error never returns: it throws odb_Exception with the (first) text.
   void Warning(const odb_String& text);
-  void Warning(const std::vector<odb_String>& texts);
+  void Warning(const odb_SequenceString& texts);
   [[noreturn]] void Error(const odb_String& text);
-  [[noreturn]] void Error(const std::vector<odb_String>& texts);
+  [[noreturn]] void Error(const odb_SequenceString& texts);
   void Landmark(const odb_String& text);
 
  private:

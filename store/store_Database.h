@@ -38,6 +38,7 @@
 
 #include "odb_Exception.h"
 #include "odb_Exceptions.h"
+#include "odb_Version.h"
 
 struct sqlite3;
 struct sqlite3_blob;
@@ -108,6 +109,8 @@ constexpr const char* store_kChecksumValue = "xxh3-64 seeded with the page numbe
 
 // The schema version of the files this release writes (PRAGMA user_version).
 constexpr int store_kSchemaVersion = 333;
+static_assert(store_kSchemaVersion == QTVODB_SCHEMA_VERSION,
+              "the store writes the schema version that odb_Version.h announces");
 // The mark of this library's files (PRAGMA application_id), "QTVo" in ASCII.
 constexpr std::int32_t store_kApplicationId = 0x5154566F;
 

@@ -1,9 +1,12 @@
+#include "odb_MeshData.h"
+#include "odb_SetData.h"
 #include "odb_Assembly.h"
 
 #include <cmath>
 
 #include "odb_AssemblyData.h"
 #include "odb_Damage.h"
+#include "odb_DiscretePartRepositoryData.h"
 #include "odb_EntityData.h"
 #include "odb_Exception.h"
 #include "odb_Message.h"
@@ -57,22 +60,23 @@ store_Placement PlacementOf(const odb_String& name, const odb_SequenceSequenceFl
 
 void odb_AssemblyData::ReadInstances() {
   if (instancesRead || !store) return;
-  parts->Load();
+  odb_DiscretePartRepositoryAccess::Load(*parts);
   const char* what = "the instances";
   const std::vector<store_InstanceRecord> records =
       odb_Reading(what, [&] { return store_Instances(*store); });
   for (const store_InstanceRecord& record : records)
-    if (!parts->FindById(record.partId))
+    if (!odb_DiscretePartRepositoryAccess::FindById(*parts, record.partId))
       odb_ThrowDamaged(store->Path(), what,
                        "name a part the file does not hold (instance.part_id holds " +
                            std::to_string(record.partId) + ")");
   for (const store_InstanceRecord& record : records) {
-    const odb_DiscretePart* part = parts->FindById(record.partId);
+    const odb_DiscretePart* part =
+        odb_DiscretePartRepositoryAccess::FindById(*parts, record.partId);
     odb_String name(record.name.c_str());
     if (instances.isMember(name)) continue;
     odb_Instance instance = MakeInstance(name, *part, record.placement);
     instances.insert(name, instance);
-    meshes.append(odb_Mesh(instance.data()->mesh));
+    meshes.append(odb_MeshAccess::Make(odb_DiscreteEntityAccess::Data(instance)->mesh));
   }
   instancesRead = true;
 }
@@ -80,7 +84,7 @@ void odb_AssemblyData::ReadInstances() {
 odb_Instance odb_AssemblyData::MakeInstance(const odb_String& name, const odb_DiscretePart& part,
                                             const store_Placement& placement) {
   auto data = std::make_shared<odb_EntityData>();
-  const odb_EntityData& source = *part.data();
+  const odb_EntityData& source = *odb_DiscreteEntityAccess::Data(part);
   data->name = name;
   data->dimension = source.dimension;
   data->type = source.type;
@@ -89,8 +93,8 @@ odb_Instance odb_AssemblyData::MakeInstance(const odb_String& name, const odb_Di
   data->placement = placement;
   data->mesh =
       std::make_shared<odb_MeshData>(source.mesh->mesh, source.name, name, &placement, categories);
-  data->meshes.append(odb_Mesh(data->mesh));
-  return odb_Instance(data);
+  data->meshes.append(odb_MeshAccess::Make(data->mesh));
+  return odb_InstanceAccess::Make(data);
 }
 
 odb_SetRepository& odb_AssemblyData::Repository(odb_Set::Type type) {
@@ -111,8 +115,8 @@ void odb_AssemblyData::ReadSets() {
   for (const store_SetRecord& record : records) {
     std::vector<std::shared_ptr<odb_MeshData>> memberMeshes;
     for (const store_SetMember& member : record.members)
-      memberMeshes.push_back(meshes.mesh(odb_String(member.instance.c_str())).data());
-    odb_Set set(odb_SetData::FromRecord(record, memberMeshes));
+      memberMeshes.push_back(odb_MeshAccess::Data(meshes.mesh(odb_String(member.instance.c_str()))));
+    odb_Set set = odb_SetAccess::Make(odb_SetData::FromRecord(record, memberMeshes));
     Repository(set.type()).insert(set.name(), set);
   }
   setsRead = true;
@@ -140,14 +144,14 @@ odb_Instance& odb_Assembly::Instance(const odb_String& name, const odb_DiscreteP
   odb_AssemblyData& d = *m_data;
   d.ReadInstances();
   if (d.instances.isMember(name)) Throw(odb_Assembly_INSTANCE_EXISTS, 142, {name});
-  const odb_EntityData& source = *part.data();
+  const odb_EntityData& source = *odb_DiscreteEntityAccess::Data(part);
   if (!d.store || !source.mesh || source.mesh->mesh->Database() != d.store)
     Throw(odb_Assembly_INSTANCE_NOT_SUPPORTED, 145);
   store_Placement placement = PlacementOf(name, localCoordinateSystem);
   store_AddInstance(*d.store, name.CStr(), source.mesh->mesh->PartId(), placement);
   odb_Instance instance = d.MakeInstance(name, part, placement);
   d.instances.insert(name, instance);
-  d.meshes.append(odb_Mesh(instance.data()->mesh));
+  d.meshes.append(odb_MeshAccess::Make(odb_DiscreteEntityAccess::Data(instance)->mesh));
   return d.instances.get(name);
 }
 
@@ -175,13 +179,13 @@ odb_Set& odb_Assembly::CreateSet(const odb_String& name, odb_Set::Type type,
     std::vector<int> rowFaces = faces ? odb_ToInts((*faces)[i]) : std::vector<int>();
     if (faces && rowFaces.size() != rowLabels.size())
       odb_ThrowMessage(odb_CatalogueMessage(odb_Instance_FACE_COUNT), kSource, 177);
-    const std::shared_ptr<odb_MeshData>& mesh = d.instances.get(instanceName).data()->mesh;
+    const std::shared_ptr<odb_MeshData>& mesh = odb_DiscreteEntityAccess::Data(d.instances.get(instanceName))->mesh;
     set->members.push_back(odb_SetData::MakeMember(
         mesh, type, rowLabels.data(), static_cast<int>(rowLabels.size()), rowFaces.data()));
-    set->meshes.append(odb_Mesh(mesh));
+    set->meshes.append(odb_MeshAccess::Make(mesh));
   }
   store_AddSet(*d.store, store_kAssemblyOwner, "", set->ToRecord());
-  repository.insert(name, odb_Set(set));
+  repository.insert(name, odb_SetAccess::Make(set));
   return repository.get(name);
 }
 

@@ -48,7 +48,7 @@ odb_DatumCsys& Create(odb_AssemblyData& assembly, const odb_String& name,
   build(*system);
   store_AddDatumCsys(odb_WritableStore(assembly.store, kNoDatabase, kSource, 48),
                      system->ToRecord());
-  assembly.datumCsyses.insert(name, odb_DatumCsys(std::move(system)));
+  assembly.datumCsyses.insert(name, odb_DatumCsysAccess::Make(std::move(system)));
   return assembly.datumCsyses.get(name);
 }
 
@@ -59,7 +59,7 @@ void PlaceNodes(odb_AssemblyData& assembly, odb_DatumCsysData& system,
   if (!assembly.instances.isMember(instanceName))
     Throw(odb_DatumCsys_UNKNOWN_INSTANCE, 59, {instanceName, system.name});
   system.instanceName = instanceName;
-  odb_MeshData& mesh = *assembly.instances.get(instanceName).data()->mesh;
+  odb_MeshData& mesh = *odb_DiscreteEntityAccess::Data(assembly.instances.get(instanceName))->mesh;
   for (int k = 0; k < system.NodeCount(); ++k) {
     const int at = mesh.mesh->NodePosition(system.nodes[k]);
     if (at < 0)
@@ -93,7 +93,7 @@ void odb_AssemblyData::ReadDatumCsyses() {
   for (const store_DatumCsysRecord& record : records) {
     auto system = std::make_shared<odb_DatumCsysData>(odb_DatumCsysData::FromRecord(record));
     const odb_String name = system->name;
-    datumCsyses.insert(name, odb_DatumCsys(std::move(system)));
+    datumCsyses.insert(name, odb_DatumCsysAccess::Make(std::move(system)));
   }
   datumCsysesRead = true;
 }

@@ -24,4 +24,14 @@ struct odb_DatumCsysData {
   static odb_DatumCsysData FromRecord(const store_DatumCsysRecord& record);
 };
 
+// Reaches the internals of datum coordinate system handles from the implementation.
+struct odb_DatumCsysAccess {
+  static odb_DatumCsys Make(std::shared_ptr<const odb_DatumCsysData> data) {
+    return odb_DatumCsys(std::move(data));
+  }
+  static const std::shared_ptr<const odb_DatumCsysData>& Data(const odb_DatumCsys& c) {
+    return c.m_data;
+  }
+};
+
 #endif

@@ -7,7 +7,10 @@
 #include "odb_EntityData.h"
 #include "odb_Exception.h"
 #include "odb_Instance.h"
+#include "odb_MeshData.h"
+#include "odb_MeshSelection.h"
 #include "odb_Message.h"
+#include "odb_SetData.h"
 #include "odb_Util.h"
 
 namespace {
@@ -48,7 +51,7 @@ void odb_EntityData::ReadSets() {
   }
   for (const store_SetRecord& record : records) {
     std::vector<std::shared_ptr<odb_MeshData>> meshesOfMembers(record.members.size(), mesh);
-    odb_Set set(odb_SetData::FromRecord(record, meshesOfMembers));
+    odb_Set set = odb_SetAccess::Make(odb_SetData::FromRecord(record, meshesOfMembers));
     Repository(set.type()).insert(set.name(), set);
   }
   setsRead = true;
@@ -62,7 +65,7 @@ odb_Set& odb_EntityData::AddSet(const std::shared_ptr<odb_SetData>& set) {
   ReadSets();
   odb_SetRepository& repository = Repository(set->type);
   store_AddSet(Store(), ownerKind, name.CStr(), set->ToRecord());
-  repository.insert(set->name, odb_Set(set));
+  repository.insert(set->name, odb_SetAccess::Make(set));
   return repository.get(set->name);
 }
 
@@ -76,7 +79,7 @@ odb_Set& odb_EntityData::CreateSet(const odb_String& setName, odb_Set::Type kind
   set->type = kind;
   set->members.push_back(odb_SetData::MakeMember(mesh, kind, labels.data(),
                                                  static_cast<int>(labels.size()), faces.data()));
-  set->meshes.append(odb_Mesh(mesh));
+  set->meshes.append(odb_MeshAccess::Make(mesh));
   return AddSet(set);
 }
 
@@ -108,15 +111,16 @@ const odb_MeshList& odb_DiscreteEntity::meshes() const {
 
 const odb_SequenceNode& odb_DiscreteEntity::nodes() const {
   odb_EntityData& d = *m_data;
-  if (d.mesh && (!d.nodes.mesh() || d.nodes.size() != d.mesh->NodeCount()))
-    d.nodes = odb_SequenceNode(d.mesh);
+  if (d.mesh && (!odb_SequenceNodeAccess::Mesh(d.nodes) || d.nodes.size() != d.mesh->NodeCount()))
+    d.nodes = odb_SequenceNodeAccess::Make(d.mesh);
   return d.nodes;
 }
 
 const odb_SequenceElement& odb_DiscreteEntity::elements() const {
   odb_EntityData& d = *m_data;
-  if (d.mesh && (!d.elements.mesh() || d.elements.size() != d.mesh->ElementCount()))
-    d.elements = odb_SequenceElement(d.mesh);
+  if (d.mesh &&
+      (!odb_SequenceElementAccess::Mesh(d.elements) || d.elements.size() != d.mesh->ElementCount()))
+    d.elements = odb_SequenceElementAccess::Make(d.mesh);
   return d.elements;
 }
 
@@ -157,10 +161,10 @@ void odb_DiscreteEntity::readElements(odb_MutableArrayView<int> labels,
 }
 
 odb_Node odb_DiscreteEntity::nodes(int i) const {
-  return odb_Mesh(m_data->mesh).node(i);
+  return odb_MeshAccess::Make(m_data->mesh).node(i);
 }
 odb_Element odb_DiscreteEntity::elements(int i) const {
-  return odb_Mesh(m_data->mesh).element(i);
+  return odb_MeshAccess::Make(m_data->mesh).element(i);
 }
 
 odb_Node odb_DiscreteEntity::getNodeFromLabel(int label) const {
@@ -195,7 +199,10 @@ void odb_DiscreteEntity::assignSection(const odb_Set& region, const odb_Section&
   m_data->assignments.push_back({region.name(), section.name()});
 }
 
-std::vector<odb_SectionAssignment> odb_DiscreteEntity::sectionAssignments() const {
+uti_Array<odb_SectionAssignment> odb_DiscreteEntity::sectionAssignments() const {
   m_data->ReadAssignments();
-  return m_data->assignments;
+  const std::vector<odb_SectionAssignment>& held = m_data->assignments;
+  uti_Array<odb_SectionAssignment> assignments;
+  assignments.append(held.data(), held.data() + held.size());
+  return assignments;
 }

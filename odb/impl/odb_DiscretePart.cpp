@@ -54,6 +54,8 @@ const uti_LabelRow<odb_DiscretePartEnm> uti_LabelTable<odb_DiscretePartEnm, 1>::
     {"addElements() was given %1$s element labels and %2$s connectivity entries, which is not a "
      "whole number of nodes per element.",
      "odb_DiscretePart_MSGID_15", odb_DiscretePart_FLAT_USER_CONNECTIVITY},
+    {"A part named \"%s\" already exists.", "odb_DiscretePart_MSGID_16",
+     odb_DiscretePart_PART_EXISTS},
     {nullptr, nullptr, {}}};
 
 namespace {

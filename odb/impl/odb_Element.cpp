@@ -1,30 +1,27 @@
 #include "odb_Element.h"
 
+#include "odb_ElementAccess.h"
 #include "store_Mesh.h"
 
-odb_Element::odb_Element(int label, int index, const int* nodePositions, int numberOfNodes,
-                         const odb_String& type, const odb_SectionCategory& sectionCategory,
-                         odb_Enum::odb_ElementGeometryClass geometry, int meshIndex,
-                         int integrationPoints, std::shared_ptr<store_Mesh> nodeList)
-    : m_label(label),
-      m_index(index),
-      m_meshIndex(meshIndex),
-      m_numberOfNodes(numberOfNodes),
-      m_type(type),
-      m_sectionCategory(sectionCategory),
-      m_geometry(geometry),
-      m_integrationPoints(integrationPoints),
-      m_nodeList(std::move(nodeList)) {
-  const std::vector<int>& labels = m_nodeList->NodeLabels();
-  for (int k = 0; k < numberOfNodes; ++k)
-    m_connectivity[k] = static_cast<unsigned>(labels[nodePositions[k]]);
+odb_Element odb_ElementAccess::FromPositions(int label, int index, const int* nodePositions,
+                                             int numberOfNodes, const odb_String& type,
+                                             const odb_SectionCategory& sectionCategory,
+                                             odb_Enum::odb_ElementGeometryClass geometry,
+                                             int meshIndex, int integrationPoints,
+                                             std::shared_ptr<store_Mesh> nodeList) {
+  const std::vector<int>& labels = nodeList->NodeLabels();
+  int connectivity[odb_Element::kMaxNodes];
+  for (int k = 0; k < numberOfNodes; ++k) connectivity[k] = labels[nodePositions[k]];
+  return FromLabels(label, index, connectivity, numberOfNodes, type, sectionCategory, geometry,
+                    meshIndex, integrationPoints, std::move(nodeList));
 }
 
-odb_Element odb_Element::FromLabels(int label, int index, const int* nodeLabels, int numberOfNodes,
-                                    const odb_String& type,
-                                    const odb_SectionCategory& sectionCategory,
-                                    odb_Enum::odb_ElementGeometryClass geometry, int meshIndex,
-                                    int integrationPoints, std::shared_ptr<store_Mesh> nodeList) {
+odb_Element odb_ElementAccess::FromLabels(int label, int index, const int* nodeLabels,
+                                          int numberOfNodes, const odb_String& type,
+                                          const odb_SectionCategory& sectionCategory,
+                                          odb_Enum::odb_ElementGeometryClass geometry,
+                                          int meshIndex, int integrationPoints,
+                                          std::shared_ptr<store_Mesh> nodeList) {
   odb_Element element;
   element.m_label = label;
   element.m_index = index;
@@ -47,7 +44,8 @@ odb_SequenceInt odb_Element::connectivity() const {
 odb_SequenceInt odb_Element::connectivityIndices() const {
   odb_SequenceInt positions(m_numberOfNodes);
   for (int k = 0; k < m_numberOfNodes; ++k)
-    positions.append(m_nodeList ? m_nodeList->NodePosition(static_cast<int>(m_connectivity[k]))
+    positions.append(m_nodeList ? odb_ElementAccess::NodeList(*this)->NodePosition(
+                                      static_cast<int>(m_connectivity[k]))
                                 : -1);
   return positions;
 }

@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "odb_DiscreteEntity.h"
+#include "odb_DiscretePart.h"
+#include "odb_Instance.h"
 #include "odb_MeshData.h"
 #include "odb_Sequence.h"
 #include "odb_SetData.h"
@@ -60,6 +62,23 @@ struct odb_EntityData {
   // then labels the mesh lacks; stores the set and records it under its name.
   odb_Set& CreateSet(const odb_String& setName, odb_Set::Type kind, const std::vector<int>& labels,
                      const std::vector<int>& faces);
+};
+
+// Reach the internals of parts and instances from the implementation.
+struct odb_DiscreteEntityAccess {
+  static const std::shared_ptr<odb_EntityData>& Data(const odb_DiscreteEntity& e) {
+    return e.m_data;
+  }
+};
+struct odb_DiscretePartAccess {
+  static odb_DiscretePart Make(std::shared_ptr<odb_EntityData> data) {
+    return odb_DiscretePart(std::move(data));
+  }
+};
+struct odb_InstanceAccess {
+  static odb_Instance Make(std::shared_ptr<odb_EntityData> data) {
+    return odb_Instance(std::move(data));
+  }
 };
 
 #endif

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "odb_AssemblyData.h"
@@ -46,7 +47,7 @@ struct odb_FieldData {
   std::string subject;
   int index = 0;
   // The database's assembly, where instances are found.
-  std::function<std::shared_ptr<odb_AssemblyData>()> assembly;
+  odb_AssemblyLookup assembly;
 
   bool blocksRead = false;
   std::vector<std::shared_ptr<odb_SubFieldData>> subFields;
@@ -68,6 +69,14 @@ struct odb_FieldData {
   void Changed() { viewsBuilt = false; }
   // A new orphan of the same definition and no data.
   std::shared_ptr<odb_FieldData> EmptyCopy() const;
+};
+
+// Reaches the data behind field output handles from the implementation.
+struct odb_FieldOutputAccess {
+  static odb_FieldOutput Make(std::shared_ptr<odb_FieldData> data) {
+    return odb_FieldOutput(std::move(data));
+  }
+  static const std::shared_ptr<odb_FieldData>& Data(const odb_FieldOutput& f) { return f.m_data; }
 };
 
 #endif

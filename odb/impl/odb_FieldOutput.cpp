@@ -135,8 +135,8 @@ void odb_FieldData::BuildViews() {
   bulk.clearAll();
   locations.clearAll();
   for (const auto& sub : subFields) {
-    values.append(odb_SubField(sub));
-    bulk.append(odb_FieldBulkData(sub));
+    values.append(odb_SubFieldAccess::Make(sub));
+    bulk.append(odb_FieldBulkDataAccess::Make(sub));
     locations.append(sub->position, sub->sectionPoint);
   }
   viewsBuilt = true;

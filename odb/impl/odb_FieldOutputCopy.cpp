@@ -19,7 +19,7 @@ const char* const kSource = "odb/impl/odb_FieldOutput";
 // Checks that the target instance can take a source sub-field: its labels exist there, as
 // elements of the same type and section category that define the section point.
 void CheckTarget(const odb_SubFieldData& sub, const odb_Instance& target) {
-  odb_MeshData& meshData = *target.data()->mesh;
+  odb_MeshData& meshData = *odb_DiscreteEntityAccess::Data(target)->mesh;
   store_Mesh& mesh = *meshData.mesh;
   const bool nodal = sub.position == odb_Enum::NODAL;
   for (std::size_t i = 0; i < sub.labels.size(); ++i) {

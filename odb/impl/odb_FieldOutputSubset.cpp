@@ -63,7 +63,7 @@ odb_FieldOutput Reduce(odb_FieldData& source, const std::function<float(const fl
     scalar->subsetIndices.clear();
     out->subFields.push_back(scalar);
   }
-  return odb_FieldOutput(out);
+  return odb_FieldOutputAccess::Make(out);
 }
 
 }  // namespace
@@ -116,7 +116,7 @@ odb_FieldOutput odb_FieldOutput::getSubset(const odb_Set& region) const {
 }
 
 odb_FieldOutput odb_FieldOutput::getSubset(const odb_Instance& instance) const {
-  const odb_String name = instance.data() ? instance.name() : odb_String();
+  const odb_String name = odb_DiscreteEntityAccess::Data(instance) ? instance.name() : odb_String();
   return odb_FilterField(
       *m_data, [name](odb_SubFieldData& sub) { return sub.instanceName == name; }, nullptr);
 }
@@ -124,7 +124,8 @@ odb_FieldOutput odb_FieldOutput::getSubset(const odb_Instance& instance) const {
 odb_FieldOutput odb_FieldOutput::getSubset(const odb_Element& element) const {
   const int label = element.label(), mesh = element.meshIndex();
   return odb_FilterField(*m_data, nullptr, [label, mesh](odb_SubFieldData& sub, std::size_t i) {
-    return sub.instance.data() && sub.instance.data()->mesh->MeshIndex() == mesh &&
+    return odb_DiscreteEntityAccess::Data(sub.instance) &&
+           odb_DiscreteEntityAccess::Data(sub.instance)->mesh->MeshIndex() == mesh &&
            sub.position != odb_Enum::NODAL && sub.ElementLabels()[i] == label;
   });
 }
@@ -132,7 +133,8 @@ odb_FieldOutput odb_FieldOutput::getSubset(const odb_Element& element) const {
 odb_FieldOutput odb_FieldOutput::getSubset(const odb_Node& node) const {
   const int label = node.label(), mesh = node.meshIndex();
   return odb_FilterField(*m_data, nullptr, [label, mesh](odb_SubFieldData& sub, std::size_t i) {
-    return sub.instance.data() && sub.instance.data()->mesh->MeshIndex() == mesh &&
+    return odb_DiscreteEntityAccess::Data(sub.instance) &&
+           odb_DiscreteEntityAccess::Data(sub.instance)->mesh->MeshIndex() == mesh &&
            sub.NodeLabels()[i] == label;
   });
 }
@@ -161,7 +163,8 @@ odb_FieldOutput odb_FieldOutput::getSubset(const odb_String& elementType) const 
       nullptr);
 }
 
-odb_FieldOutput odb_FieldOutput::getSubset(const odb_SequenceSequenceFloat& localCoordSystem) const {
+odb_FieldOutput odb_FieldOutput::getSubset(
+    const odb_SequenceSequenceFloat& localCoordSystem) const {
   std::vector<float> wanted;
   if (localCoordSystem.size() == 1)
     for (int c = 0; c < localCoordSystem[0].size(); ++c) wanted.push_back(localCoordSystem[0][c]);

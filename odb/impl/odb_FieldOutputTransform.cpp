@@ -37,7 +37,7 @@ bool Given(const odb_FieldOutput& field) {
 // `width` components unless `width` is 0.
 bool WholeNodalVector(const odb_FieldOutput& field, int width) {
   if (field.IsOrphan() || field.type() != odb_Enum::VECTOR) return false;
-  odb_FieldData& data = *field.data();
+  odb_FieldData& data = *odb_FieldOutputAccess::Data(field);
   data.ReadBlocks();
   for (const auto& sub : data.subFields)
     if (sub->position != odb_Enum::NODAL || (width && sub->width != width)) return false;
@@ -93,7 +93,7 @@ bool Planar(const odb_SubFieldData& sub) {
     default:
       break;
   }
-  const odb_EntityData* instance = sub.instance.data().get();
+  const odb_EntityData* instance = odb_DiscreteEntityAccess::Data(sub.instance).get();
   return instance && (instance->dimension == odb_Enum::TWO_D_PLANAR ||
                       instance->dimension == odb_Enum::AXISYMMETRIC);
 }
@@ -146,7 +146,7 @@ odb_FieldOutput odb_FieldOutput::getTransformedField(const odb_SequenceSequenceF
     if (axes[r].size() != 3) odb_ThrowMessage("Each axis needs 3 components.", kSource, 146);
     for (int c = 0; c < 3; ++c) system->axes[r * 3 + c] = axes[r][c];
   }
-  return getTransformedField(odb_DatumCsys(system));
+  return getTransformedField(odb_DatumCsysAccess::Make(system));
 }
 
 odb_FieldOutput odb_FieldOutput::getTransformedField(const odb_DatumCsys& system,
@@ -157,7 +157,7 @@ odb_FieldOutput odb_FieldOutput::getTransformedField(const odb_DatumCsys& system
   if (type != odb_Enum::VECTOR && !tensor)
     odb_ThrowMessage(odb_CatalogueMessage(odb_SubField_TRANSFORM_NOT_ALLOWED),
                      "odb/impl/odb_SubField", 159);
-  const odb_DatumCsysData& csys = *system.data();
+  const odb_DatumCsysData& csys = *odb_DatumCsysAccess::Data(system);
   const bool deformed = Given(deformationField), rotated = Given(rotationField);
   if (csys.definition == odb_DatumCsys::SIX_DOF_NODE && !(deformed && rotated))
     Fail(odb_FieldOutput_SIX_DOF_CSYS, 163);
@@ -165,8 +165,10 @@ odb_FieldOutput odb_FieldOutput::getTransformedField(const odb_DatumCsys& system
   if (deformed && !WholeNodalVector(deformationField, 0))
     Fail(odb_FieldOutput_DEFORMATION_KIND, 166);
   if (rotated && !WholeNodalVector(rotationField, 3)) FailCsys(odb_DatumCsys_ROTATION_KIND, 167);
-  odb_NodeMotion deformation(deformed ? deformationField.data() : nullptr, "deformation");
-  odb_NodeMotion rotation(rotated ? rotationField.data() : nullptr, "rotation");
+  odb_NodeMotion deformation(deformed ? odb_FieldOutputAccess::Data(deformationField) : nullptr,
+                             "deformation");
+  odb_NodeMotion rotation(rotated ? odb_FieldOutputAccess::Data(rotationField) : nullptr,
+                          "rotation");
   double origin[3], axes[9];
   PlaceSystem(csys, deformation, rotation, origin, axes);
 

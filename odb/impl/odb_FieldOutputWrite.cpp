@@ -238,7 +238,7 @@ void Write(odb_FieldData& field, const odb_Instance& instance, const Input& in) 
     odb_ThrowMessage("Each coordinate system must be given by 2 or 4 floats, all alike.", kSource,
                      249);
   if (!odb_IsFieldPosition(in.position)) Fail(odb_FieldOutput_BAD_POSITION, {}, 253);
-  odb_MeshData& mesh = *instance.data()->mesh;
+  odb_MeshData& mesh = *odb_DiscreteEntityAccess::Data(instance)->mesh;
   const std::vector<Group> groups = Split(in, mesh);
   CheckRepeats(in, *mesh.mesh, instance.name());
   CheckSectionPoint(in, groups, mesh);
@@ -299,7 +299,7 @@ void Write(odb_FieldData& field, const odb_Instance& instance, const Input& in) 
 // The instance of this database named as `instance` is; throws when the assembly has none.
 odb_Instance FindInstance(odb_FieldData& field, const odb_Instance& instance) {
   if (field.orphan) Fail(odb_FieldOutput_ORPHAN_WRITE, {}, 305);
-  const odb_String name = instance.data() ? instance.name() : odb_String();
+  const odb_String name = odb_DiscreteEntityAccess::Data(instance) ? instance.name() : odb_String();
   std::shared_ptr<odb_AssemblyData> assembly = field.assembly ? field.assembly() : nullptr;
   if (assembly) assembly->ReadInstances();
   if (!assembly || !assembly->instances.isMember(name))

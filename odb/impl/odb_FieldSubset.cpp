@@ -28,7 +28,8 @@ std::shared_ptr<odb_SubFieldData> odb_PickLocations(odb_SubFieldData& sub,
       if (sub.complex) out->conjugate[k * sub.width + c] = sub.conjugate[i * sub.width + c];
     }
     for (int c = 0; c < sub.orientationWidth; ++c)
-      out->orientation[k * sub.orientationWidth + c] = sub.orientation[i * sub.orientationWidth + c];
+      out->orientation[k * sub.orientationWidth + c] =
+          sub.orientation[i * sub.orientationWidth + c];
     out->subsetIndices.push_back(sub.subsetIndices.empty() ? keep[k] : sub.subsetIndices[i]);
   }
   out->SetLocations(std::move(keptNodes), std::move(keptPoints));
@@ -56,5 +57,5 @@ odb_FieldOutput odb_FilterField(odb_FieldData& source,
     else if (!kept.empty())
       out->subFields.push_back(odb_PickLocations(*sub, kept));
   }
-  return odb_FieldOutput(out);
+  return odb_FieldOutputAccess::Make(out);
 }

@@ -148,7 +148,7 @@ void odb_FrameFields::Read() {
                       "field_output", "invariants");
   }
   for (const store_FieldRecord& r : stored) {
-    fields.insert(odb_FromText(r.name), odb_FieldOutput(FieldOf(*this, r)));
+    fields.insert(odb_FromText(r.name), odb_FieldOutputAccess::Make(FieldOf(*this, r)));
     count = std::max(count, r.index + 1);
   }
   read = true;
@@ -175,7 +175,7 @@ odb_FieldOutput& odb_FrameFields::Add(const odb_String& name, const odb_String& 
   for (int i = 0; i < invariants.size(); ++i) r.invariants.push_back(invariants[i]);
   store_AddField(db, stepId, frameIndex, r);
   ++count;
-  fields.insert(name, odb_FieldOutput(FieldOf(*this, r)));
+  fields.insert(name, odb_FieldOutputAccess::Make(FieldOf(*this, r)));
   return fields.get(name);
 }
 

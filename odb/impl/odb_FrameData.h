@@ -8,8 +8,10 @@
 
 #include <cstdint>
 #include <memory>
+#include <utility>
 
 #include "odb_Enum.h"
+#include "odb_Frame.h"
 #include "odb_LoadCase.h"
 #include "odb_String.h"
 
@@ -26,6 +28,13 @@ struct odb_FrameData {
   std::shared_ptr<store_Database> store;
   std::int64_t stepId = 0;
   std::shared_ptr<odb_FrameFields> fields;  // null for an empty handle
+};
+
+// Makes frame handles from the implementation; `data` is never changed afterwards.
+struct odb_FrameAccess {
+  static odb_Frame Make(std::shared_ptr<const odb_FrameData> data) {
+    return odb_Frame(std::move(data));
+  }
 };
 
 #endif

@@ -8,8 +8,8 @@
 #include <memory>
 #include <string>
 
+#include "odb_AssemblyData.h"
 #include "odb_FieldOutput.h"
-#include "odb_StepRepository.h"
 
 class store_Database;
 
@@ -17,7 +17,7 @@ struct odb_FrameFields {
   std::shared_ptr<store_Database> store;
   std::int64_t stepId = 0;
   int frameIndex = 0;
-  odb_StepRepository::AssemblyLookup assembly;
+  odb_AssemblyLookup assembly;
   // "frame 3 of step 'LOAD'", for damage found in what the frame holds.
   std::string subject;
 

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "odb_HistoryOutput.h"
@@ -69,12 +70,16 @@ struct odb_HistoryPointAccess {
   static odb_Instance NamedInstance(const odb_String& name);
 };
 
-// The step's history regions, read from the file once.
-void odb_ReadHistoryRegions(odb_StepData& step);
-// Stores a new region of the step and records it; see odb_Step::HistoryRegion.
-odb_HistoryRegion& odb_AddHistoryRegion(odb_StepData& step, const odb_String& name,
-                                        const odb_String& description,
-                                        const odb_HistoryPoint& point,
-                                        const odb_LoadCase& loadCase);
+// Makes history handles from the implementation.
+struct odb_HistoryOutputAccess {
+  static odb_HistoryOutput Make(std::shared_ptr<odb_HistoryOutputData> data) {
+    return odb_HistoryOutput(std::move(data));
+  }
+};
+struct odb_HistoryRegionAccess {
+  static odb_HistoryRegion Make(std::shared_ptr<odb_HistoryRegionData> data) {
+    return odb_HistoryRegion(std::move(data));
+  }
+};
 
 #endif

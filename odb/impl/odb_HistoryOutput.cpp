@@ -177,5 +177,5 @@ odb_HistoryOutput odb_HistoryOutput::Subset(double start, double end, bool bound
   subset->type = m_data->type;
   subset->pairs = std::move(pairs);
   subset->conjugate = std::move(conjugatePairs);
-  return odb_HistoryOutput(std::move(subset));
+  return odb_HistoryOutputAccess::Make(std::move(subset));
 }

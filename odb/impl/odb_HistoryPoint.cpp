@@ -1,3 +1,4 @@
+#include "odb_ElementAccess.h"
 #include "odb_HistoryPoint.h"
 
 #include <memory>
@@ -241,7 +242,7 @@ odb_HistoryPoint odb_HistoryPointAccess::FromRecord(const store_HistoryPointReco
   const float origin[3] = {0, 0, 0};
   if (point.m_hasNode) point.m_node = odb_Node(r.node, -1, -1, origin);
   if (point.m_hasElement) {
-    point.m_element = odb_Element::FromLabels(r.element, -1, nullptr, 0, "", odb_SectionCategory(),
+    point.m_element = odb_ElementAccess::FromLabels(r.element, -1, nullptr, 0, "", odb_SectionCategory(),
                                               odb_Enum::GEOMETRY_UNKNOWN, -1, 0, nullptr);
     point.m_integrationPoint = r.integrationPoint;
     point.m_face = static_cast<odb_Enum::odb_ElementFaceEnum>(r.face);
@@ -253,7 +254,7 @@ odb_HistoryPoint odb_HistoryPointAccess::FromRecord(const store_HistoryPointReco
     auto set = std::make_shared<odb_SetData>();
     set->name = odb_FromText(r.set);
     set->type = static_cast<odb_Set::Type>(r.setKind);
-    point.m_set = odb_Set(set);
+    point.m_set = odb_SetAccess::Make(set);
   }
   if (!r.instance.empty()) SetInstance(point, NamedInstance(odb_FromText(r.instance)));
   return point;
@@ -263,5 +264,5 @@ odb_Instance odb_HistoryPointAccess::NamedInstance(const odb_String& name) {
   auto entity = std::make_shared<odb_EntityData>();
   entity->name = name;
   entity->ownerKind = store_kInstanceOwner;
-  return odb_Instance(entity);
+  return odb_InstanceAccess::Make(entity);
 }

@@ -1,7 +1,5 @@
 #include "odb_Initialize.h"
 
-#include <sqlite3.h>
-
 #include <cstdlib>
 #include <iostream>
 #include <memory>
@@ -11,17 +9,12 @@
 #include "odb_Startup.h"
 #include "odb_WipReporter.h"
 #include "store_LargeAllocator.h"
+#include "store_Startup.h"
 #include "thr_ThreadSingleton.h"
 #include "wip_WIP.h"
 
 namespace {
 
-void StoreUp() {
-  sqlite3_initialize();
-}
-void StoreDown() {
-  sqlite3_shutdown();
-}
 // The thread's warning sink exists from start-up; at shut-down it lets go of its reporter.
 void ReporterUp() {
   thr_ThreadSingleton<wip_WIP>::Instance();
@@ -37,7 +30,7 @@ struct Module {
 };
 
 const Module kModules[] = {
-    {"store", StoreUp, StoreDown},
+    {"store", store_Startup, store_Shutdown},
     {"reporter", ReporterUp, ReporterDown},
     {"schema conversion", dbcS_initialize, dbcS_finalize},
 };

@@ -1,3 +1,4 @@
+#include "odb_MeshSelection.h"
 #include "odb_Instance.h"
 
 #include "odb_EntityData.h"
@@ -28,10 +29,10 @@ const char kSource[] = "odb/impl/odb_Instance";
 }
 
 // The labels of the members of a sequence of this entity's mesh.
-template <class Sequence>
+template <class Access, class Sequence>
 std::vector<int> LabelsOf(const Sequence& members, const std::vector<int>& labels) {
   std::vector<int> out(static_cast<std::size_t>(members.size()));
-  for (int i = 0; i < members.size(); ++i) out[i] = labels[members.PositionAt(i)];
+  for (int i = 0; i < members.size(); ++i) out[i] = labels[Access::PositionAt(members, i)];
   return out;
 }
 
@@ -58,9 +59,9 @@ odb_Set& odb_Instance::NodeSet(const odb_String& name, const odb_SequenceInt& no
 }
 
 odb_Set& odb_Instance::NodeSet(const odb_String& name, const odb_SequenceNode& nodes) {
-  if (nodes.mesh() != m_data->mesh) Throw(odb_Instance_NODES_OF_OTHER_ENTITY, 63);
+  if (odb_SequenceNodeAccess::Mesh(nodes) != m_data->mesh) Throw(odb_Instance_NODES_OF_OTHER_ENTITY, 63);
   return m_data->CreateSet(name, odb_Set::NODE_SET,
-                           LabelsOf(nodes, m_data->mesh->mesh->NodeLabels()), {});
+                           LabelsOf<odb_SequenceNodeAccess>(nodes, m_data->mesh->mesh->NodeLabels()), {});
 }
 
 odb_Set& odb_Instance::ElementSet(const odb_String& name, const odb_SequenceInt& elementLabels) {
@@ -68,9 +69,9 @@ odb_Set& odb_Instance::ElementSet(const odb_String& name, const odb_SequenceInt&
 }
 
 odb_Set& odb_Instance::ElementSet(const odb_String& name, const odb_SequenceElement& elements) {
-  if (elements.mesh() != m_data->mesh) Throw(odb_Instance_ELEMENTS_OF_OTHER_ENTITY, 74);
+  if (odb_SequenceElementAccess::Mesh(elements) != m_data->mesh) Throw(odb_Instance_ELEMENTS_OF_OTHER_ENTITY, 74);
   return m_data->CreateSet(name, odb_Set::ELEMENT_SET,
-                           LabelsOf(elements, m_data->mesh->mesh->ElementLabels()), {});
+                           LabelsOf<odb_SequenceElementAccess>(elements, m_data->mesh->mesh->ElementLabels()), {});
 }
 
 odb_Set& odb_Instance::Surface(const odb_String& name, const odb_SequenceInt& elementLabels,
@@ -83,10 +84,10 @@ odb_Set& odb_Instance::Surface(const odb_String& name, const odb_SequenceInt& el
 
 odb_Set& odb_Instance::Surface(const odb_String& name, const odb_SequenceElement& elements,
                                const odb_SequenceElementFace& faces) {
-  if (elements.mesh() != m_data->mesh) Throw(odb_Instance_ELEMENTS_OF_OTHER_ENTITY, 89);
+  if (odb_SequenceElementAccess::Mesh(elements) != m_data->mesh) Throw(odb_Instance_ELEMENTS_OF_OTHER_ENTITY, 89);
   if (m_data->surfaces.isMember(name)) Throw(odb_Instance_DUPLICATE_NAME, 90);
   if (faces.size() != elements.size()) Throw(odb_Instance_INSTANCE_FACE_COUNT, 91);
   return m_data->CreateSet(name, odb_Set::SURFACE_SET,
-                           LabelsOf(elements, m_data->mesh->mesh->ElementLabels()),
+                           LabelsOf<odb_SequenceElementAccess>(elements, m_data->mesh->mesh->ElementLabels()),
                            odb_ToInts(faces));
 }

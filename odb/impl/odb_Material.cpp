@@ -7,7 +7,7 @@
 #include "odb_MaterialData.h"
 #include "odb_Message.h"
 #include "odb_StoreWrite.h"
-#include "store_Statement.h"
+#include "store_Material.h"
 
 const uti_LabelRow<odb_MaterialEnm> uti_LabelTable<odb_MaterialEnm, 1>::rows[] = {
     {"Invalid material name.", "odb_Material_MSGID_00", odb_Material_INVALID_NAME},
@@ -55,12 +55,8 @@ void odb_Material::setElastic(double youngsModulus, double poissonsRatio) {
   // Written so that NaN fails too.
   if (!(poissonsRatio > -1.0 && poissonsRatio < 0.5))
     Throw(odb_Material_BAD_RATIO, 57, {odb_String(poissonsRatio), material.name});
-  odb_WritableStore(material.store, kOrphan, kSource, 58)
-      .Sql("UPDATE material SET youngs_modulus = ?1, poissons_ratio = ?2 WHERE id = ?3")
-      .Bind(1, youngsModulus)
-      .Bind(2, poissonsRatio)
-      .Bind(3, material.id)
-      .Run();
+  store_SetElastic(odb_WritableStore(material.store, kOrphan, kSource, 58), material.id,
+                   youngsModulus, poissonsRatio);
   material.hasElastic = true;
   material.youngsModulus = youngsModulus;
   material.poissonsRatio = poissonsRatio;
@@ -71,11 +67,7 @@ void odb_Material::setDensity(double density) {
   odb_MaterialData& material = *m_data;
   if (!(std::isfinite(density) && density > 0.0))
     Throw(odb_Material_BAD_DENSITY, 73, {odb_String(density), material.name});
-  odb_WritableStore(material.store, kOrphan, kSource, 74)
-      .Sql("UPDATE material SET density = ?1 WHERE id = ?2")
-      .Bind(1, density)
-      .Bind(2, material.id)
-      .Run();
+  store_SetDensity(odb_WritableStore(material.store, kOrphan, kSource, 74), material.id, density);
   material.hasDensity = true;
   material.density = density;
 }

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <memory>
 
+#include "ddb_DdbData.h"
+#include "odb_MaterialRepository.h"
 #include "odb_String.h"
 #include "store_Database.h"
 
@@ -18,6 +20,24 @@ struct odb_MaterialData {
   double poissonsRatio = 0.0;
   bool hasDensity = false;
   double density = 0.0;
+};
+
+// Reaches the internals of materials and of their repository from the implementation.
+struct odb_MaterialAccess {
+  static odb_Material Make(std::shared_ptr<odb_MaterialData> data) {
+    return odb_Material(std::move(data));
+  }
+};
+
+struct odb_MaterialRepositoryAccess {
+  // The repository of the database file `store`.
+  static odb_MaterialRepository Make(std::shared_ptr<store_Database> store) {
+    odb_MaterialRepository repository;
+    repository.m_ddb = ddb_DdbAccess::Make(std::move(store));
+    return repository;
+  }
+  // Adds every stored material not yet held, with the properties stored for it.
+  static void Load(odb_MaterialRepository& repository) { repository.Load(); }
 };
 
 #endif

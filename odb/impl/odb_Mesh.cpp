@@ -1,3 +1,4 @@
+#include "odb_ElementAccess.h"
 #include "odb_Mesh.h"
 
 #include <cmath>
@@ -29,7 +30,7 @@ const char kSource[] = "odb/impl/odb_Mesh";
 
 odb_MeshData::odb_MeshData(std::shared_ptr<store_Mesh> storeMesh, const odb_String& part,
                            const odb_String& instance, const store_Placement* placement,
-                           CategoryLookup lookup)
+                           odb_CategoryLookup lookup)
     : mesh(std::move(storeMesh)),
       partName(part),
       instanceName(instance),
@@ -101,9 +102,9 @@ odb_Element odb_MeshData::ElementAt(int position, int label) {
   const int* nodes = &mesh->Connectivity()[block.connectivityStart +
                                            static_cast<std::size_t>(position - block.first) *
                                                block.nodesPerElement];
-  return odb_Element::FromLabels(label, position, nodes,
-                                 block.nodesPerElement, m_blockTypes[b], m_blockCategories[b],
-                                 m_blockGeometry[b], MeshIndex(), m_blockPoints[b], mesh);
+  return odb_ElementAccess::FromLabels(label, position, nodes, block.nodesPerElement, m_blockTypes[b],
+                                 m_blockCategories[b], m_blockGeometry[b], MeshIndex(),
+                                 m_blockPoints[b], mesh);
 }
 
 odb_Mesh::odb_Mesh(std::shared_ptr<odb_MeshData> data) : m_data(std::move(data)) {}

@@ -6,25 +6,22 @@
 #ifndef ODB_MESHDATA_H
 #define ODB_MESHDATA_H
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "odb_Element.h"
+#include "odb_Mesh.h"
 #include "odb_Node.h"
-#include "odb_SectionCategory.h"
+#include "odb_SectionCategoryData.h"
 #include "odb_String.h"
 #include "store_Mesh.h"
 #include "store_Model.h"
 
 struct odb_MeshData {
-  // Resolves a stored section category name to the database's category.
-  using CategoryLookup = std::function<odb_SectionCategory(const odb_String&)>;
-
   odb_MeshData(std::shared_ptr<store_Mesh> mesh, const odb_String& partName,
                const odb_String& instanceName, const store_Placement* placement,
-               CategoryLookup categories);
+               odb_CategoryLookup categories);
 
   std::shared_ptr<store_Mesh> mesh;
   odb_String partName;
@@ -32,7 +29,7 @@ struct odb_MeshData {
   bool placed = false;
   double rotation[3][3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
   double shift[3] = {0, 0, 0};  // x' = rotation * x + shift
-  CategoryLookup categories;
+  odb_CategoryLookup categories;
 
   int MeshIndex() const { return static_cast<int>(mesh->PartId()); }
   int NodeCount() { return mesh->NodeCount(); }
@@ -57,6 +54,12 @@ struct odb_MeshData {
   std::vector<odb_SectionCategory> m_blockCategories;
   std::vector<odb_Enum::odb_ElementGeometryClass> m_blockGeometry;
   std::vector<int> m_blockPoints;
+};
+
+// Reaches the internals of mesh handles from the implementation.
+struct odb_MeshAccess {
+  static odb_Mesh Make(std::shared_ptr<odb_MeshData> data) { return odb_Mesh(std::move(data)); }
+  static const std::shared_ptr<odb_MeshData>& Data(const odb_Mesh& m) { return m.m_data; }
 };
 
 #endif

@@ -46,7 +46,7 @@ odb_SequenceInt odb_MeshList::ConnIndicesForEl(const odb_Element& element) const
   for (int i = 0; i < size(); ++i) {
     const odb_Mesh& candidate = m_meshes[i];
     if (candidate.meshIndex() != element.meshIndex()) continue;
-    if (candidate.data()->mesh->ElementPosition(element.label()) < 0)
+    if (odb_MeshAccess::Data(candidate)->mesh->ElementPosition(element.label()) < 0)
       odb_ThrowMessage(odb_CatalogueMessage(odb_Mesh_ELEMENT_INDEX_NOT_FOUND), kSource, 50);
     return element.connectivityIndices();
   }

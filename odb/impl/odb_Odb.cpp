@@ -3,11 +3,18 @@
 #include <cfloat>
 #include <cmath>
 
+#include "ddb_DdbData.h"
 #include "odb_AssemblyData.h"
+#include "odb_DiscretePartRepositoryData.h"
 #include "odb_Exception.h"
+#include "odb_MaterialData.h"
 #include "odb_Message.h"
 #include "odb_OdbData.h"
 #include "odb_OdbRepository.h"
+#include "odb_OdbRepositoryAccess.h"
+#include "odb_SectionCategoryData.h"
+#include "odb_SectionData.h"
+#include "odb_StepRepositoryData.h"
 #include "store_Database.h"
 #include "thr_ThreadSingleton.h"
 #include "wip_WIP.h"
@@ -31,12 +38,12 @@ const char kSource[] = "odb/impl/odb_Odb";
 
 // Elements name their section category; the lookup finds it in the database's repository for
 // as long as the database lives, and gives the empty category afterwards.
-odb_DiscretePartRepository::CategoryLookup CategoryLookup(const std::shared_ptr<odb_OdbData>& d) {
+odb_CategoryLookup CategoryLookup(const std::shared_ptr<odb_OdbData>& d) {
   std::weak_ptr<odb_OdbData> owner = d;
   return [owner](const odb_String& name) {
     std::shared_ptr<odb_OdbData> data = owner.lock();
     if (!data) return odb_SectionCategory();
-    odb_SectionCategoryRepository& categories = odb_Odb(data).sectionCategories();
+    odb_SectionCategoryRepository& categories = odb_OdbAccess::Make(data).sectionCategories();
     return categories.isMember(name) ? categories.get(name) : odb_SectionCategory();
   };
 }
@@ -44,9 +51,9 @@ odb_DiscretePartRepository::CategoryLookup CategoryLookup(const std::shared_ptr<
 // The step repository of the database: fields find their instances in its root assembly.
 odb_StepRepository Steps(const std::shared_ptr<odb_OdbData>& d) {
   std::weak_ptr<odb_OdbData> owner = d;
-  return odb_StepRepository(d->ddb, [owner]() -> std::shared_ptr<odb_AssemblyData> {
+  return odb_StepRepositoryAccess::Make(d->ddb, [owner]() -> std::shared_ptr<odb_AssemblyData> {
     std::shared_ptr<odb_OdbData> data = owner.lock();
-    return data ? odb_Odb(data).rootAssembly().data() : nullptr;
+    return data ? odb_AssemblyAccess::Data(odb_OdbAccess::Make(data).rootAssembly()) : nullptr;
   });
 }
 
@@ -96,14 +103,14 @@ void WarnSaveFailed(const odb_String& path, const store_Error& e) {
 odb_Odb::odb_Odb() : m_data(std::make_shared<odb_OdbData>()) {}
 
 odb_Odb::odb_Odb(const odb_String& name, const odb_String& analysisTitle,
-                 const odb_String& description, const odb_String& path,
-                 std::shared_ptr<store_Database> ddb, bool readOnly, bool onlyUserDefinedData)
+                 const odb_String& description, const odb_String& path, const ddb_Ddb& ddb,
+                 bool readOnly, bool onlyUserDefinedData)
     : m_data(std::make_shared<odb_OdbData>()) {
   m_data->name = name;
   m_data->analysisTitle = analysisTitle;
   m_data->description = description;
   m_data->path = path;
-  m_data->ddb = std::move(ddb);
+  m_data->ddb = ddb_DdbAccess::Store(ddb);
   m_data->steps = Steps(m_data);
   m_data->readOnly = readOnly;
   m_data->onlyUserDefinedData = onlyUserDefinedData;
@@ -127,8 +134,8 @@ bool odb_Odb::isReadOnly() const {
 bool odb_Odb::isOpen() const {
   return m_data->ddb && m_data->ddb->IsOpen();
 }
-std::shared_ptr<store_Database> odb_Odb::ddb() const {
-  return m_data->ddb;
+ddb_Ddb odb_Odb::ddb() const {
+  return ddb_DdbAccess::Make(m_data->ddb);
 }
 void odb_Odb::setOnlyHasUserDefinedData(bool only) {
   m_data->onlyUserDefinedData = only;
@@ -140,7 +147,7 @@ bool odb_Odb::onlyHasUserDefinedData() const {
 odb_StepRepository& odb_Odb::steps() {
   RequireOpen(m_data);
   if (!m_data->stepsRead && isOpen()) {
-    m_data->steps.Load();
+    odb_StepRepositoryAccess::Load(m_data->steps);
     m_data->stepsRead = true;
   }
   return m_data->steps;
@@ -150,8 +157,9 @@ odb_SectionCategoryRepository& odb_Odb::sectionCategories() {
   RequireOpen(m_data);
   odb_OdbData& d = *m_data;
   if (!d.sectionCategories) {
-    d.sectionCategories = std::make_unique<odb_SectionCategoryRepository>(d.ddb);
-    if (isOpen()) d.sectionCategories->Load();
+    d.sectionCategories = std::make_unique<odb_SectionCategoryRepository>(
+        odb_SectionCategoryRepositoryAccess::Make(d.ddb));
+    if (isOpen()) odb_SectionCategoryRepositoryAccess::Load(*d.sectionCategories);
   }
   return *d.sectionCategories;
 }
@@ -160,8 +168,9 @@ odb_DiscretePartRepository& odb_Odb::parts() {
   RequireOpen(m_data);
   odb_OdbData& d = *m_data;
   if (!d.parts) {
-    d.parts = std::make_shared<odb_DiscretePartRepository>(d.ddb, CategoryLookup(m_data));
-    if (isOpen()) d.parts->Load();
+    d.parts = std::make_shared<odb_DiscretePartRepository>(
+        odb_DiscretePartRepositoryAccess::Make(d.ddb, CategoryLookup(m_data)));
+    if (isOpen()) odb_DiscretePartRepositoryAccess::Load(*d.parts);
   }
   return *d.parts;
 }
@@ -175,7 +184,7 @@ odb_Assembly& odb_Odb::rootAssembly() {
     parts();
     data->parts = d.parts;
     data->categories = CategoryLookup(m_data);
-    d.rootAssembly = std::make_unique<odb_Assembly>(data);
+    d.rootAssembly = std::make_unique<odb_Assembly>(odb_AssemblyAccess::Make(data));
   }
   return *d.rootAssembly;
 }
@@ -184,8 +193,9 @@ odb_MaterialRepository& odb_Odb::materials() {
   RequireOpen(m_data);
   odb_OdbData& d = *m_data;
   if (!d.materials) {
-    d.materials = std::make_unique<odb_MaterialRepository>(d.ddb);
-    if (isOpen()) d.materials->Load();
+    d.materials =
+        std::make_unique<odb_MaterialRepository>(odb_MaterialRepositoryAccess::Make(d.ddb));
+    if (isOpen()) odb_MaterialRepositoryAccess::Load(*d.materials);
   }
   return *d.materials;
 }
@@ -194,8 +204,8 @@ odb_SectionRepository& odb_Odb::sections() {
   RequireOpen(m_data);
   odb_OdbData& d = *m_data;
   if (!d.sections) {
-    d.sections = std::make_unique<odb_SectionRepository>(d.ddb);
-    if (isOpen()) d.sections->Load();
+    d.sections = std::make_unique<odb_SectionRepository>(odb_SectionRepositoryAccess::Make(d.ddb));
+    if (isOpen()) odb_SectionRepositoryAccess::Load(*d.sections);
   }
   return *d.sections;
 }
@@ -221,8 +231,8 @@ odb_Step& odb_Odb::Step(const odb_String& name, const odb_String& description,
   if (!previousStepName.Empty() && !repository.isMember(previousStepName))
     Throw(odb_Odb_PREVIOUS_STEP_MISSING, 120, {previousStepName});
   if (repository.isMember(name)) Throw(odb_Odb_STEP_EXISTS, 124, {name});
-  return repository.AddStep(name, description, domain, timePeriod, previousStepName, procedure,
-                            totalTime);
+  return odb_StepRepositoryAccess::AddStep(repository, name, description, domain, timePeriod,
+                                           previousStepName, procedure, totalTime);
 }
 
 odb_Frame odb_Odb::getFrame(double value, odb_Enum::odb_MatchEnum match) {
@@ -268,7 +278,7 @@ void odb_Odb::save(const odb_String& path) {
   RequireOpen(m_data);
   if (!path.Empty() && path != m_data->path) Throw(odb_Odb_PATH_CHANGE, 184);
   if (m_data->readOnly || !isOpen()) {
-    odb_OdbRepository::Warn(odb_OdbRepository_SAVE_READ_ONLY, {});
+    odb_OdbRepositoryAccess::Warn(odb_OdbRepository_SAVE_READ_ONLY, {});
     return;
   }
   try {
@@ -282,7 +292,7 @@ void odb_Odb::save(const odb_String& path) {
 bool odb_Odb::update() {
   RequireOpen(m_data);
   if (!m_data->stepsRead || !isOpen()) return false;
-  return m_data->steps.Update();
+  return odb_StepRepositoryAccess::Update(m_data->steps);
 }
 
 void odb_Odb::close() {

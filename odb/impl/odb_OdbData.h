@@ -8,6 +8,7 @@
 #include "odb_Assembly.h"
 #include "odb_DiscretePartRepository.h"
 #include "odb_MaterialRepository.h"
+#include "odb_Odb.h"
 #include "odb_SectionCategoryRepository.h"
 #include "odb_SectionRepository.h"
 #include "odb_StepRepository.h"
@@ -38,6 +39,16 @@ struct odb_OdbData {
   // valid (their store view is retired: they answer what they hold and refuse what needs the
   // file).
   std::vector<std::shared_ptr<const void>> retired;
+};
+
+// Reaches the shared state of database handles, and their file, from the implementation.
+struct odb_OdbAccess {
+  static odb_Odb Make(std::shared_ptr<odb_OdbData> data) { return odb_Odb(std::move(data)); }
+  static const std::shared_ptr<odb_OdbData>& Data(const odb_Odb& odb) { return odb.m_data; }
+  // The store's view of the database's file; null for the empty database.
+  static const std::shared_ptr<store_Database>& Store(const odb_Odb& odb) {
+    return odb.m_data->ddb;
+  }
 };
 
 #endif

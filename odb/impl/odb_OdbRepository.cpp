@@ -6,11 +6,14 @@
 
 #include <vector>
 
+#include "ddb_DdbData.h"
 #include "odb_Damage.h"
 #include "odb_Exception.h"
 #include "odb_Exceptions.h"
 #include "odb_LockFile.h"
 #include "odb_Message.h"
+#include "odb_OdbData.h"
+#include "odb_OdbRepositoryAccess.h"
 #include "odb_Util.h"
 #include "odb_Version.h"
 #include "store_Database.h"
@@ -59,26 +62,36 @@ bool Writable(const odb_String& path) {
 
 }  // namespace
 
-// The names whose database has `path` (every name for an empty path). The walk's shared copy of
-// the map is gone when this returns, so the caller may change the map without copying nodes
-// that callers hold references into.
-std::vector<odb_String> odb_OdbRepository::NamesOf(const odb_String& path) const {
+using Access = odb_OdbRepositoryAccess;
+
+// The walk's shared copy of the map is gone when this returns, so the caller may change the map
+// without copying nodes that callers hold references into.
+std::vector<odb_String> odb_OdbRepositoryAccess::NamesOf(const odb_OdbRepository& registry,
+                                                         const odb_String& path) {
   std::vector<odb_String> names;
-  cow_BtreeIterator<odb_String, odb_Odb> it(m_odbMap);
+  cow_BtreeIterator<odb_String, odb_Odb> it(registry.m_odbMap);
   for (it.First(); !it.IsDone(); it.Next())
     if (path.Empty() || it.Current()->value.path() == path) names.push_back(it.Current()->key);
   return names;
 }
 
+odb_OdbRepository::odb_OdbRepository() : m_files(std::make_unique<odb_OdbRepositoryFiles>()) {}
+
 odb_OdbRepository::~odb_OdbRepository() {
-  for (const odb_String& name : NamesOf(odb_String())) remove(name);
+  for (const odb_String& name : Access::NamesOf(*this, odb_String())) remove(name);
 }
 
-void odb_OdbRepository::Warn(odb_OdbRepositoryEnm code, std::initializer_list<odb_String> args) {
+// Out of line, so that every caller reaches the instance through the library's own code.
+odb_OdbRepository& odb_OdbRepository::Instance() {
+  return thr_GlobalSingleton<odb_OdbRepository>::Instance();
+}
+
+void odb_OdbRepositoryAccess::Warn(odb_OdbRepositoryEnm code,
+                                   std::initializer_list<odb_String> args) {
   thr_ThreadSingleton<wip_WIP>::Instance().Warning(odb_CatalogueMessage(code, args));
 }
 
-odb_String odb_OdbRepository::LockFileOf(const odb_String& path) {
+odb_String odb_OdbRepositoryAccess::LockFileOf(const odb_String& path) {
   return path + ".lck";
 }
 
@@ -101,15 +114,15 @@ bool odb_OdbRepository::isMember(const odb_String& name) const {
 }
 
 bool odb_OdbRepository::IsFileOpen(const odb_String& path) const {
-  return !path.Empty() && !NamesOf(path).empty();
+  return !path.Empty() && !Access::NamesOf(*this, path).empty();
 }
 
 bool odb_OdbRepository::IsOdbLocked(const odb_String& path) const {
-  odb_String lock = LockFileOf(path);
+  odb_String lock = Access::LockFileOf(path);
   int fd = ::open(lock.CStr(), O_RDWR | O_CLOEXEC);
   if (fd < 0) return false;
   ::close(fd);
-  Warn(odb_OdbRepository_LOCK_FOUND, {lock, path});
+  Access::Warn(odb_OdbRepository_LOCK_FOUND, {lock, path});
   // A writer that was killed leaves its lock behind, and every later open reads only: say so
   // when the lock names a process of this host that is gone, and how to get out of it.
   const std::string gone = odb_GoneLockWriter(lock.CStr());
@@ -123,11 +136,11 @@ bool odb_OdbRepository::IsOdbLocked(const odb_String& path) const {
 }
 
 bool odb_OdbRepository::LockOdb(const odb_String& path) const {
-  return odb_WriteLockFile(LockFileOf(path).CStr());
+  return odb_WriteLockFile(Access::LockFileOf(path).CStr());
 }
 
 bool odb_OdbRepository::RemoveLock(const odb_String& path) const {
-  return ::unlink(LockFileOf(path).CStr()) == 0;
+  return ::unlink(Access::LockFileOf(path).CStr()) == 0;
 }
 
 void odb_OdbRepository::remove(const odb_String& name) {
@@ -135,60 +148,64 @@ void odb_OdbRepository::remove(const odb_String& name) {
   odb_Odb odb = constGet(name);
   odb_String path = odb.path();
   if (!odb.isReadOnly()) RemoveLock(path);
-  if (NamesOf(path).size() <= 2) {
-    CloseOdb(path);
+  if (Access::NamesOf(*this, path).size() <= 2) {
+    Access::CloseOdb(*this, path);
   } else {
-    odb.ddb()->Close();
-    Drop(name);
+    odb_OdbAccess::Store(odb)->Close();
+    Access::Drop(*this, name);
   }
 }
 
-void odb_OdbRepository::Drop(const odb_String& name) {
+void odb_OdbRepositoryAccess::Drop(odb_OdbRepository& registry, const odb_String& name) {
   cow_BtreeLink<odb_String, odb_Odb> removed;
-  if (!m_odbMap.Remove(name, removed)) return;
+  if (!registry.m_odbMap.Remove(name, removed)) return;
   // The object stays where the caller's reference points, but as a closed database that holds
   // nothing it read: a program that opens, reads and closes database after database must not
   // keep them all in memory. Copies the caller made keep their own share.
   odb_Odb& kept = removed.Get()->value;
   kept = odb_Odb(kept.name(), kept.analysisTitle(), kept.description(), kept.path(), kept.ddb(),
                  kept.isReadOnly(), kept.onlyHasUserDefinedData());
-  m_closed.push_back(removed);
+  registry.m_files->closed.push_back(removed);
 }
 
 void odb_OdbRepository::RespondToCloseOdb(const odb_String& path) {
-  for (const odb_String& name : NamesOf(path)) Drop(name);
+  for (const odb_String& name : Access::NamesOf(*this, path)) Access::Drop(*this, name);
 }
 
-void odb_OdbRepository::CloseOdb(const odb_String& path) {
+void odb_OdbRepositoryAccess::CloseOdb(odb_OdbRepository& registry, const odb_String& path) {
   bool writable = false;
-  for (const odb_String& name : NamesOf(path)) {
-    const odb_Odb& odb = constGet(name);
+  for (const odb_String& name : NamesOf(registry, path)) {
+    const odb_Odb& odb = registry.constGet(name);
     writable = writable || !odb.isReadOnly();
-    if (odb.ddb()) odb.ddb()->Close();
+    if (const auto& file = odb_OdbAccess::Store(odb)) file->Close();
   }
-  auto open = m_openFiles.find(path.CStr());
-  if (open != m_openFiles.end()) {
+  auto& files = registry.m_files->open;
+  auto open = files.find(path.CStr());
+  if (open != files.end()) {
     open->second->Close();
-    m_openFiles.erase(open);
+    files.erase(open);
   }
-  if (writable) RemoveLock(path);
-  RespondToCloseOdb(path);
+  if (writable) registry.RemoveLock(path);
+  registry.RespondToCloseOdb(path);
 }
 
-std::shared_ptr<store_Database> odb_OdbRepository::OpenFile(const odb_String& path) const {
-  auto open = m_openFiles.find(path.CStr());
-  return open == m_openFiles.end() ? nullptr : open->second;
+std::shared_ptr<store_Database> odb_OdbRepositoryAccess::OpenFile(const odb_OdbRepository& registry,
+                                                                  const odb_String& path) {
+  const auto& files = registry.m_files->open;
+  auto open = files.find(path.CStr());
+  return open == files.end() ? nullptr : open->second;
 }
 
-void odb_OdbRepository::AddOpenFile(const odb_String& path, std::shared_ptr<store_Database> file) {
-  m_openFiles[path.CStr()] = std::move(file);
+void odb_OdbRepositoryAccess::AddOpenFile(odb_OdbRepository& registry, const odb_String& path,
+                                          std::shared_ptr<store_Database> file) {
+  registry.m_files->open[path.CStr()] = std::move(file);
 }
 
 void odb_OdbRepositoryIT::first() {
-  m_names.clear();
+  m_names.clearAll();
   m_i = 0;
   cow_BtreeIterator<odb_String, odb_Odb> it(m_repository.odbMap());
-  for (it.First(); !it.IsDone(); it.Next()) m_names.push_back(it.Current()->key);
+  for (it.First(); !it.IsDone(); it.Next()) m_names.append(it.Current()->key);
 }
 
 const odb_String& odb_OdbRepositoryIT::currentKey() const {
@@ -217,9 +234,9 @@ odb_Odb& Odb(const odb_String& name, const odb_String& analysisTitle, const odb_
     Throw(odb_OdbRepository_CANNOT_CREATE, 226, {absolute, e.what()});
   }
   registry.LockOdb(absolute);
-  registry.AddOpenFile(absolute, file);
-  registry.insert(key,
-                  odb_Odb(key, analysisTitle, description, absolute, file->View(false), false));
+  Access::AddOpenFile(registry, absolute, file);
+  registry.insert(key, odb_Odb(key, analysisTitle, description, absolute,
+                               ddb_DdbAccess::Make(file->View(false)), false));
   return registry.get(key);
 }
 
@@ -234,15 +251,15 @@ odb_Odb& openOdb(const odb_String& name, const odb_String& path, bool readOnly) 
 
   if (registry.isMember(key)) {
     odb_Odb& registered = registry.get(key);
-    std::shared_ptr<store_Database> file = registered.ddb();
+    const std::shared_ptr<store_Database>& file = odb_OdbAccess::Store(registered);
     bool sameFile = file && file->IsFileAt(registered.path().CStr());
     if (sameFile) {
       if (registered.path() != absolute) Throw(odb_OdbRepository_NAME_EXISTS, 245, {key});
-      if (registered.isReadOnly()) odb_OdbRepository::Warn(odb_OdbRepository_STAYS_READ_ONLY, {});
+      if (registered.isReadOnly()) Access::Warn(odb_OdbRepository_STAYS_READ_ONLY, {});
       return registered;
     }
     // The file on disk is no longer the one that was opened: let go of the old one first.
-    registry.CloseOdb(registered.path());
+    Access::CloseOdb(registry, registered.path());
   }
 
   int version = 0;
@@ -265,15 +282,15 @@ odb_Odb& openOdb(const odb_String& name, const odb_String& path, bool readOnly) 
     if (registry.IsOdbLocked(absolute)) {
       readOnly = true;
     } else if (!Writable(absolute)) {
-      odb_OdbRepository::Warn(odb_OdbRepository_NOT_WRITABLE, {absolute});
+      Access::Warn(odb_OdbRepository_NOT_WRITABLE, {absolute});
       readOnly = true;
     } else {
       locked = registry.LockOdb(absolute);
     }
   }
-  std::shared_ptr<store_Database> file = registry.OpenFile(absolute);
+  std::shared_ptr<store_Database> file = Access::OpenFile(registry, absolute);
   if (file && !readOnly && file->ReadOnly()) {
-    odb_OdbRepository::Warn(odb_OdbRepository_IN_USE, {});
+    Access::Warn(odb_OdbRepository_IN_USE, {});
     readOnly = true;
     if (locked) registry.RemoveLock(absolute);
   }
@@ -290,16 +307,17 @@ odb_Odb& openOdb(const odb_String& name, const odb_String& path, bool readOnly) 
     if (locked) registry.RemoveLock(absolute);
     Throw(odb_OdbRepository_CANNOT_OPEN, 288, {absolute, e.what()});
   }
-  if (opened) registry.AddOpenFile(absolute, file);
+  if (opened) Access::AddOpenFile(registry, absolute, file);
   // Each name gets a view of the file: closing one name closes only its view, and a read-only
   // name refuses every write even on the connection of a writer in this process.
-  registry.insert(key, odb_Odb(key, title, description, absolute, file->View(readOnly), readOnly));
+  registry.insert(key, odb_Odb(key, title, description, absolute,
+                               ddb_DdbAccess::Make(file->View(readOnly)), readOnly));
   return registry.get(key);
 }
 
 void saveOdb(odb_Odb& odb) {
   if (odb.isReadOnly()) {
-    odb_OdbRepository::Warn(odb_OdbRepository_SAVE_READ_ONLY, {});
+    Access::Warn(odb_OdbRepository_SAVE_READ_ONLY, {});
     return;
   }
   odb.save();
@@ -308,5 +326,5 @@ void saveOdb(odb_Odb& odb) {
 void closeOdb(odb_Odb& odb) {
   // A database closed before is left alone: its path may have been opened again since.
   if (!odb.isOpen()) return;
-  odb_OdbRepository::Instance().CloseOdb(odb.path());
+  Access::CloseOdb(odb_OdbRepository::Instance(), odb.path());
 }

@@ -7,7 +7,7 @@
 #include "odb_SectionCategoryData.h"
 #include "odb_StoreWrite.h"
 #include "odb_Util.h"
-#include "store_Statement.h"
+#include "store_Section.h"
 
 const uti_LabelRow<odb_SectionCategoryEnm> uti_LabelTable<odb_SectionCategoryEnm, 1>::rows[] = {
     {"Invalid section category name.", "odb_SectionCategory_MSGID_00",
@@ -68,12 +68,8 @@ odb_SectionPoint odb_SectionCategory::SectionPoint(int number, const odb_String&
     odb_ThrowMessage(
         odb_CatalogueMessage(odb_SectionCategory_POINT_EXISTS, {odb_String(number), category.name}),
         kSource, 69);
-  odb_WritableStore(category.store, orphan, kSource, 70)
-      .Sql("INSERT INTO section_point(category_id, number, description) VALUES (?1, ?2, ?3)")
-      .Bind(1, category.id)
-      .Bind(2, number)
-      .Bind(3, odb_ToText(description))
-      .Run();
+  store_AddSectionPoint(odb_WritableStore(category.store, orphan, kSource, 70), category.id,
+                        {number, odb_ToText(description)});
   const odb_SectionPoint point(number, description);
   category.points.insert(at, point);
   return point;

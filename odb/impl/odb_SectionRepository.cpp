@@ -1,8 +1,6 @@
 #include "odb_SectionRepository.h"
 
 #include <cmath>
-#include <cstdint>
-#include <cstring>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -14,7 +12,7 @@
 #include "odb_StoreWrite.h"
 #include "odb_Util.h"
 #include "store_Database.h"
-#include "store_Statement.h"
+#include "store_Section.h"
 
 namespace {
 
@@ -24,66 +22,35 @@ const char kSource[] = "odb/impl/odb_SectionRepository";
   odb_ThrowMessage(odb_CatalogueMessage(code, args), kSource, site);
 }
 
-// Dimensions are stored as float64 values in little-endian byte order, whatever the byte order
-// of the machine, so that a file reads the same everywhere.
-std::vector<unsigned char> DimensionBytes(const odb_SequenceDouble& dimensions) {
-  std::vector<unsigned char> bytes;
-  bytes.reserve(static_cast<std::size_t>(dimensions.size()) * 8);
-  for (int i = 0; i < dimensions.size(); ++i) {
-    std::uint64_t bits;
-    const double value = dimensions[i];
-    std::memcpy(&bits, &value, sizeof bits);
-    for (int b = 0; b < 8; ++b) bytes.push_back(static_cast<unsigned char>(bits >> (8 * b)));
-  }
-  return bytes;
-}
-
-odb_SequenceDouble DimensionsOf(const void* blob, int size) {
-  const auto* bytes = static_cast<const unsigned char*>(blob);
-  odb_SequenceDouble dimensions(size / 8);
-  for (int at = 0; at + 8 <= size; at += 8) {
-    std::uint64_t bits = 0;
-    for (int b = 7; b >= 0; --b) bits = (bits << 8) | bytes[at + b];
-    double value;
-    std::memcpy(&value, &bits, sizeof value);
-    dimensions.append(value);
-  }
-  return dimensions;
-}
-
 }  // namespace
 
-odb_SectionRepository::odb_SectionRepository(std::shared_ptr<store_Database> store)
-    : m_store(std::move(store)) {}
-
 void odb_SectionRepository::Load() {
-  if (!m_store) return;
+  const std::shared_ptr<store_Database>& store = ddb_DdbAccess::Store(m_ddb);
+  if (!store) return;
   const char* what = "the sections";
+  const std::vector<store_SectionRecord> stored =
+      odb_Reading(what, [&] { return store_Sections(*store); });
   std::vector<std::shared_ptr<odb_SectionData>> found;
-  odb_Reading(what, [&] {
-    store_Statement q = m_store->Sql(
-        "SELECT name, kind, material, coalesce(thickness, 0), coalesce(integration_points, 0), "
-        "profile, dimensions FROM section");
-    while (q.Step()) {
-      q.RequireNotNull("section", {"name", "kind", "material"});
-      const odb_String name = odb_FromText(q.Text(0));
-      if (q.Bytes(6) % 8 != 0) Throw(odb_Section_DAMAGED_DIMENSIONS, 66, {name});
-      auto data = std::make_shared<odb_SectionData>();
-      data->name = name;
-      data->kind = static_cast<odb_Section::Kind>(
-          odb_CheckedCode(*m_store, q.Int(1), odb_Section::HOMOGENEOUS_SOLID, odb_Section::BEAM,
-                          what, "section", "kind"));
-      data->material = odb_FromText(q.Text(2));
-      data->thickness = q.Double(3);
-      data->integrationPoints = q.Int(4);
-      data->profile = odb_FromText(q.Text(5));
-      data->dimensions = DimensionsOf(q.Blob(6), q.Bytes(6));
-      found.push_back(std::move(data));
-    }
-  });
+  for (const store_SectionRecord& record : stored) {
+    const odb_String name = odb_FromText(record.name);
+    if (record.damagedDimensions) Throw(odb_Section_DAMAGED_DIMENSIONS, 66, {name});
+    auto data = std::make_shared<odb_SectionData>();
+    data->name = name;
+    data->kind = static_cast<odb_Section::Kind>(
+        odb_CheckedCode(*store, record.kind, odb_Section::HOMOGENEOUS_SOLID, odb_Section::BEAM,
+                        what, "section", "kind"));
+    data->material = odb_FromText(record.material);
+    data->thickness = record.thickness.value_or(0.0);
+    data->integrationPoints = record.integrationPoints.value_or(0);
+    data->profile = odb_FromText(record.profile);
+    if (record.dimensions)
+      data->dimensions = odb_SequenceDouble(record.dimensions->data(),
+                                            static_cast<int>(record.dimensions->size()));
+    found.push_back(std::move(data));
+  }
   for (std::shared_ptr<odb_SectionData>& data : found) {
     const odb_String name = data->name;
-    if (!isMember(name)) insert(name, odb_Section(std::move(data)));
+    if (!isMember(name)) insert(name, odb_SectionAccess::Make(std::move(data)));
   }
 }
 
@@ -100,23 +67,25 @@ std::shared_ptr<odb_SectionData> odb_SectionRepository::NewSection(
 }
 
 odb_Section& odb_SectionRepository::Add(const std::shared_ptr<const odb_SectionData>& section) {
-  store_Database& store =
-      odb_WritableStore(m_store, "The section repository belongs to no database.", kSource, 88);
-  const std::vector<unsigned char> dimensions = DimensionBytes(section->dimensions);
-  // The values that the kind does not use are left unbound, which stores them as NULL.
-  store_Statement q = store.Sql(
-      "INSERT INTO section(name, kind, material, thickness, integration_points, profile, "
-      "dimensions) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7)");
-  q.Bind(1, odb_ToText(section->name))
-      .Bind(2, static_cast<int>(section->kind))
-      .Bind(3, odb_ToText(section->material))
-      .Bind(6, odb_ToText(section->profile));
-  if (section->kind == odb_Section::HOMOGENEOUS_SHELL)
-    q.Bind(4, section->thickness).Bind(5, section->integrationPoints);
-  if (section->kind == odb_Section::BEAM)
-    q.BindBlob(7, dimensions.data(), static_cast<int>(dimensions.size()));
-  q.Run();
-  insert(section->name, odb_Section(section));
+  store_Database& store = odb_WritableStore(
+      ddb_DdbAccess::Store(m_ddb), "The section repository belongs to no database.", kSource, 88);
+  store_SectionRecord record;
+  record.name = odb_ToText(section->name);
+  record.kind = static_cast<int>(section->kind);
+  record.material = odb_ToText(section->material);
+  record.profile = odb_ToText(section->profile);
+  // The values that the kind does not use stay absent, which stores them as NULL.
+  if (section->kind == odb_Section::HOMOGENEOUS_SHELL) {
+    record.thickness = section->thickness;
+    record.integrationPoints = section->integrationPoints;
+  }
+  if (section->kind == odb_Section::BEAM) {
+    record.dimensions.emplace();
+    for (int i = 0; i < section->dimensions.size(); ++i)
+      record.dimensions->push_back(section->dimensions[i]);
+  }
+  store_AddSection(store, record);
+  insert(section->name, odb_SectionAccess::Make(section));
   return get(section->name);
 }
 

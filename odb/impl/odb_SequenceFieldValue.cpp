@@ -15,36 +15,40 @@ void BuildValue(odb_SubFieldData& b, std::size_t at, odb_FieldValue& value) {
   value.SetData(b.data.data() + at * b.width, b.width);
   value.SetConjugateData(b.complex ? b.conjugate.data() + at * b.width : nullptr,
                          b.complex ? b.width : 0);
-  value.SetOrientation(b.orientationWidth ? b.orientation.data() + at * b.orientationWidth : nullptr,
-                       b.orientationWidth);
+  value.SetOrientation(
+      b.orientationWidth ? b.orientation.data() + at * b.orientationWidth : nullptr,
+      b.orientationWidth);
 }
 
 }  // namespace
 
 int odb_SequenceFieldValue::size() const {
-  const int stored =
-      m_subFields.empty() ? 0 : m_starts.back() + m_subFields.back().size();
+  const int stored = m_subFields.empty() ? 0 : m_starts.back() + m_subFields.back().size();
   return stored + static_cast<int>(m_loose.size());
 }
 
 void odb_SequenceFieldValue::append(const odb_SubField& subField) {
-  const int start =
-      m_subFields.empty() ? 0 : m_starts.back() + m_subFields.back().size();
+  const int start = m_subFields.empty() ? 0 : m_starts.back() + m_subFields.back().size();
   m_subFields.push_back(subField);
   m_starts.push_back(start);
 }
 
 void odb_SequenceFieldValue::append(const odb_SequenceFieldValue& values) {
+  if (&values == this) {
+    const odb_SequenceFieldValue copy = values;
+    append(copy);
+    return;
+  }
   for (const odb_SubField& sub : values.m_subFields) append(sub);
-  m_loose.insert(m_loose.end(), values.m_loose.begin(), values.m_loose.end());
+  m_loose.append(values.m_loose.begin(), values.m_loose.end());
 }
 
 void odb_SequenceFieldValue::Locate(int i, int& block, int& at) const {
-  const int n = static_cast<int>(m_starts.size());
+  const int n = m_starts.size();
   int b = m_hint < n ? m_hint : 0;
   if (!(m_starts[b] <= i && i < m_starts[b] + m_subFields[b].size())) {
-    b = static_cast<int>(std::upper_bound(m_starts.begin(), m_starts.end(), i) -
-                         m_starts.begin()) - 1;
+    b = static_cast<int>(std::upper_bound(m_starts.begin(), m_starts.end(), i) - m_starts.begin()) -
+        1;
   }
   m_hint = b;
   block = b;
@@ -59,8 +63,8 @@ const odb_FieldValue& odb_SequenceFieldValue::constGet(int i) const {
   if (i >= stored) return m_loose[static_cast<std::size_t>(i - stored)];
   int block = 0, at = 0;
   Locate(i, block, at);
-  BuildValue(*m_subFields[static_cast<std::size_t>(block)].data(), static_cast<std::size_t>(at),
-             m_current);
+  BuildValue(*odb_SubFieldAccess::Data(m_subFields[static_cast<std::size_t>(block)]),
+             static_cast<std::size_t>(at), m_current);
   return m_current;
 }
 

@@ -1,3 +1,5 @@
+#include "odb_MeshSelection.h"
+#include "odb_MeshData.h"
 #include "odb_Set.h"
 
 #include <algorithm>
@@ -77,7 +79,7 @@ std::shared_ptr<odb_SetData> odb_SetData::FromRecord(
       member.positions.push_back(position);
       if (i < stored.faces.size()) member.faces.push_back(stored.faces[i]);
     }
-    set->meshes.append(odb_Mesh(member.mesh));
+    set->meshes.append(odb_MeshAccess::Make(member.mesh));
     set->members.push_back(std::move(member));
   }
   return set;
@@ -126,22 +128,22 @@ const odb_SetData::Member* MemberOf(const odb_SetData& set, const odb_String* in
   if (!instanceName) return set.members.empty() ? nullptr : &set.members.front();
   const odb_Mesh& mesh = set.meshes.mesh(*instanceName);
   for (const odb_SetData::Member& member : set.members)
-    if (member.mesh == mesh.data()) return &member;
+    if (member.mesh == odb_MeshAccess::Data(mesh)) return &member;
   return nullptr;
 }
 
 odb_SequenceNode NodesOf(const odb_SetData& set, const odb_String* instanceName) {
   const odb_SetData::Member* member = MemberOf(set, instanceName);
   if (!member) return odb_SequenceNode();
-  if (set.type != odb_Set::NODE_SET) return odb_SequenceNode(member->mesh, {});
-  return odb_SequenceNode(member->mesh, member->positions);
+  if (set.type != odb_Set::NODE_SET) return odb_SequenceNodeAccess::Make(member->mesh, {});
+  return odb_SequenceNodeAccess::Make(member->mesh, member->positions);
 }
 
 odb_SequenceElement ElementsOf(const odb_SetData& set, const odb_String* instanceName) {
   const odb_SetData::Member* member = MemberOf(set, instanceName);
   if (!member) return odb_SequenceElement();
-  if (set.type == odb_Set::NODE_SET) return odb_SequenceElement(member->mesh, {});
-  return odb_SequenceElement(member->mesh, member->positions);
+  if (set.type == odb_Set::NODE_SET) return odb_SequenceElementAccess::Make(member->mesh, {});
+  return odb_SequenceElementAccess::Make(member->mesh, member->positions);
 }
 
 odb_SequenceElementFace FacesOf(const odb_SetData& set, const odb_String* instanceName) {

@@ -49,4 +49,10 @@ inline odb_Repository<odb_String, odb_Set>& odb_SetsOfType(
                                         : surfaces;
 }
 
+// Reaches the internals of set handles from the implementation.
+struct odb_SetAccess {
+  static odb_Set Make(std::shared_ptr<odb_SetData> data) { return odb_Set(std::move(data)); }
+  static const std::shared_ptr<odb_SetData>& Data(const odb_Set& s) { return s.m_data; }
+};
+
 #endif

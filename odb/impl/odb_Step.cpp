@@ -54,7 +54,7 @@ odb_Frame FrameOf(const odb_StepData& step, const store_FrameRecord& record, int
   data->store = step.store;
   data->stepId = step.id;
   data->fields = step.FieldsOf(index);
-  return odb_Frame(std::move(data));
+  return odb_FrameAccess::Make(std::move(data));
 }
 
 // Stores a new frame and keeps the cache, when there is one, in step with the store.
@@ -72,7 +72,7 @@ odb_Frame AppendFrame(odb_StepData& step, const store_FrameRecord& record) {
 }  // namespace
 
 odb_StepData::odb_StepData(std::shared_ptr<store_Database> db, const store_StepRecord& record,
-                           odb_StepRepository::AssemblyLookup assemblyLookup)
+                           odb_AssemblyLookup assemblyLookup)
     : store(std::move(db)),
       id(record.id),
       name(odb_FromText(record.name)),
@@ -162,7 +162,8 @@ void EnsureLoadCases(odb_StepData& step) {
 
 odb_Step::odb_Step() = default;
 
-odb_Step::odb_Step(std::shared_ptr<odb_StepData> data) : m_data(data), m_frames(std::move(data)) {}
+odb_Step::odb_Step(std::shared_ptr<odb_StepData> data)
+    : m_data(data), m_frames(odb_SequenceFrameAccess::Make(std::move(data))) {}
 
 odb_String odb_Step::name() const {
   return m_data ? m_data->name : EmptyStep().name;

@@ -8,15 +8,19 @@
 
 #include <cstdint>
 #include <memory>
+#include <utility>
 #include <vector>
 
+#include "odb_AssemblyData.h"
 #include "odb_Enum.h"
 #include "odb_Frame.h"
 #include "odb_FrameFields.h"
+#include "odb_HistoryPoint.h"
 #include "odb_HistoryRegion.h"
 #include "odb_LoadCase.h"
 #include "odb_Repository.h"
-#include "odb_StepRepository.h"
+#include "odb_SequenceFrame.h"
+#include "odb_Step.h"
 #include "odb_String.h"
 #include "store_Database.h"
 
@@ -33,7 +37,7 @@ struct odb_StepData {
 
   bool framesRead = false;
   std::vector<store_FrameRecord> frames;
-  odb_StepRepository::AssemblyLookup assembly;
+  odb_AssemblyLookup assembly;
   // The fields of each frame, made on first use so that every handle on a frame shares them.
   mutable std::vector<std::shared_ptr<odb_FrameFields>> frameFields;
   std::shared_ptr<odb_FrameFields> FieldsOf(int frameIndex) const;
@@ -45,7 +49,7 @@ struct odb_StepData {
 
   // A step's data from its stored record; nothing of its frames is read.
   odb_StepData(std::shared_ptr<store_Database> db, const store_StepRecord& record,
-               odb_StepRepository::AssemblyLookup assembly = {});
+               odb_AssemblyLookup assembly = {});
 
   // Reads all frame records once; later calls do nothing.
   // "the WHAT of step 'NAME'", for damage found while reading them.
@@ -66,6 +70,24 @@ struct odb_StepData {
   // caller).
   odb_Frame& KeptFrame(int i) const;
   mutable std::vector<std::unique_ptr<odb_Frame>> keptFrames;
+};
+
+// The step's history regions, read from the file once (odb_StepHistory.cpp).
+void odb_ReadHistoryRegions(odb_StepData& step);
+// Stores a new region of the step and records it; see odb_Step::HistoryRegion.
+odb_HistoryRegion& odb_AddHistoryRegion(odb_StepData& step, const odb_String& name,
+                                        const odb_String& description,
+                                        const odb_HistoryPoint& point,
+                                        const odb_LoadCase& loadCase);
+
+// Makes step handles and their frame sequences from the implementation.
+struct odb_StepAccess {
+  static odb_Step Make(std::shared_ptr<odb_StepData> data) { return odb_Step(std::move(data)); }
+};
+struct odb_SequenceFrameAccess {
+  static odb_SequenceFrame Make(std::shared_ptr<odb_StepData> step) {
+    return odb_SequenceFrame(std::move(step));
+  }
 };
 
 #endif

@@ -9,6 +9,7 @@
 #include "odb_Exception.h"
 #include "odb_Message.h"
 #include "odb_StepData.h"
+#include "odb_StepRepositoryData.h"
 #include "odb_Util.h"
 #include "store_Database.h"
 
@@ -46,16 +47,13 @@ std::vector<store_StepRecord> StoredSteps(store_Database& store) {
 
 }  // namespace
 
-odb_StepRepository::odb_StepRepository(std::shared_ptr<store_Database> store,
-                                       AssemblyLookup assembly)
-    : m_store(std::move(store)), m_assembly(std::move(assembly)) {}
-
 void odb_StepRepository::Load() {
-  if (!m_store) return;
-  for (const store_StepRecord& record : StoredSteps(*m_store)) {
+  if (!m_data || !m_data->store) return;
+  for (const store_StepRecord& record : StoredSteps(*m_data->store)) {
     const odb_String name = odb_FromText(record.name);
     if (!isMember(name))
-      append(name, odb_Step(std::make_shared<odb_StepData>(m_store, record, m_assembly)));
+      append(name, odb_StepAccess::Make(
+                       std::make_shared<odb_StepData>(m_data->store, record, m_data->assembly)));
   }
 }
 
@@ -66,7 +64,8 @@ odb_Step& odb_StepRepository::AddStep(const odb_String& name, const odb_String& 
   RefuseEmptyName(name, 64);
   if (isMember(name))
     odb_ThrowMessage(odb_CatalogueMessage(odb_StepRepository_ALREADY_EXISTS, {name}), kSource, 66);
-  if (!m_store) odb_ThrowMessage("The step repository belongs to no database.", kSource, 67);
+  if (!m_data || !m_data->store)
+    odb_ThrowMessage("The step repository belongs to no database.", kSource, 67);
   store_StepRecord record;
   record.name = odb_ToText(name);
   record.description = odb_ToText(description);
@@ -75,19 +74,21 @@ odb_Step& odb_StepRepository::AddStep(const odb_String& name, const odb_String& 
   record.totalTime = totalTime;
   record.previousStepName = odb_ToText(previousStepName);
   record.procedure = odb_ToText(procedure);
-  m_store->AddStep(record);  // sets record.id
-  append(name, odb_Step(std::make_shared<odb_StepData>(m_store, record, m_assembly)));
+  m_data->store->AddStep(record);  // sets record.id
+  append(name, odb_StepAccess::Make(
+                   std::make_shared<odb_StepData>(m_data->store, record, m_data->assembly)));
   return get(name);
 }
 
 bool odb_StepRepository::Update() {
-  if (!m_store) return false;
+  if (!m_data || !m_data->store) return false;
   bool found = false;
   // A stored step carries its own previous step's name, so the walk needs no running one.
-  for (const store_StepRecord& record : StoredSteps(*m_store)) {
+  for (const store_StepRecord& record : StoredSteps(*m_data->store)) {
     const odb_String name = odb_FromText(record.name);
     if (!isMember(name)) {
-      append(name, odb_Step(std::make_shared<odb_StepData>(m_store, record, m_assembly)));
+      append(name, odb_StepAccess::Make(
+                       std::make_shared<odb_StepData>(m_data->store, record, m_data->assembly)));
       found = true;
     } else if (get(name).update()) {
       found = true;

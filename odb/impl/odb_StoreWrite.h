@@ -1,5 +1,5 @@
 // odb_StoreWrite: the check in front of every write that a model object makes through the
-// store's prepared statements; internal.
+// store's write functions; internal.
 #ifndef ODB_STOREWRITE_H
 #define ODB_STOREWRITE_H
 

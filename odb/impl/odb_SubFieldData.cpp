@@ -194,7 +194,7 @@ void odb_SubFieldData::Check(const odb_String& field, int fieldWidth, bool insta
 
   const int number = sectionPoint.number();
   if (number < 0 || position == odb_Enum::NODAL) return;
-  odb_MeshData& mesh = *instance.data()->mesh;
+  odb_MeshData& mesh = *odb_DiscreteEntityAccess::Data(instance)->mesh;
   auto defines = [&mesh, number](const odb_String& category) {
     if (!mesh.categories || category.Empty()) return false;
     const odb_SectionCategory found = mesh.categories(category);
@@ -345,8 +345,8 @@ const odb_Run<int>& odb_SubFieldData::NodeLabels() {
       m_nodeLabels.Assign(labels.data(), labels.size());
     else
       std::fill(m_nodeLabels.data(), m_nodeLabels.data() + m_nodeLabels.size(), -1);
-    if (position == odb_Enum::ELEMENT_NODAL && instance.data()) {
-      store_Mesh& mesh = *instance.data()->mesh->mesh;
+    if (position == odb_Enum::ELEMENT_NODAL && odb_DiscreteEntityAccess::Data(instance)) {
+      store_Mesh& mesh = *odb_DiscreteEntityAccess::Data(instance)->mesh->mesh;
       const std::vector<int>& connectivity = mesh.Connectivity();
       for (std::size_t e = 0; e < labels.size(); ++e) {
         const int at = mesh.ElementPosition(labels[e]);

@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "odb_Enum.h"
+#include "odb_FieldBulkData.h"
 #include "odb_Instance.h"
 #include "odb_SectionPoint.h"
 #include "odb_String.h"
@@ -174,6 +175,22 @@ struct odb_SubFieldData {
   odb_Run<float> m_mises;
   bool m_elementLabelsBuilt = false, m_nodeLabelsBuilt = false, m_pointsBuilt = false,
        m_misesBuilt = false;
+};
+
+// Reaches the stored group behind sub-field and bulk-data handles from the implementation.
+struct odb_SubFieldAccess {
+  static odb_SubField Make(std::shared_ptr<odb_SubFieldData> data) {
+    return odb_SubField(std::move(data));
+  }
+  static const std::shared_ptr<odb_SubFieldData>& Data(const odb_SubField& s) { return s.m_data; }
+};
+struct odb_FieldBulkDataAccess {
+  static odb_FieldBulkData Make(std::shared_ptr<odb_SubFieldData> block) {
+    return odb_FieldBulkData(std::move(block));
+  }
+  static const std::shared_ptr<odb_SubFieldData>& Block(const odb_FieldBulkData& b) {
+    return b.m_block;
+  }
 };
 
 #endif

@@ -57,8 +57,8 @@ struct ElementPlace {
 void odb_ValuePlaces(odb_SubFieldData& sub, odb_NodeMotion& motion, std::vector<double>& xyz) {
   const std::size_t n = sub.Locations();
   xyz.assign(3 * n, 0.0);
-  if (!sub.instance.data()) return;
-  odb_MeshData& mesh = *sub.instance.data()->mesh;
+  if (!odb_DiscreteEntityAccess::Data(sub.instance)) return;
+  odb_MeshData& mesh = *odb_DiscreteEntityAccess::Data(sub.instance)->mesh;
   store_Mesh& stored = *mesh.mesh;
   auto place = [&](int label, double* out) {
     const int at = stored.NodePosition(label);

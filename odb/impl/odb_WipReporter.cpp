@@ -14,9 +14,9 @@ const char kSource[] = "odb/impl/odb_WipReporter";
 // switch orders nothing else.
 std::atomic<bool> g_generateWipMessages{true};
 
-const odb_String& FirstOf(const std::vector<odb_String>& texts) {
+const odb_String& FirstOf(const odb_SequenceString& texts) {
   static const odb_String empty;
-  return texts.empty() ? empty : texts.front();
+  return texts.isEmpty() ? empty : texts[0];
 }
 
 }  // namespace
@@ -84,7 +84,7 @@ void odb_WipReporter::Error(const odb_String& text) {
   odb_ThrowMessage(text, kSource, kErrorSite);
 }
 
-void odb_WipReporter::Error(const std::vector<odb_String>& texts) {
+void odb_WipReporter::Error(const odb_SequenceString& texts) {
   Error(FirstOf(texts));
 }
 
@@ -92,7 +92,7 @@ void odb_WipReporter::Warning(const odb_String& text) {
   if (m_warningLines) WriteLine("Warning: ", text);
 }
 
-void odb_WipReporter::Warning(const std::vector<odb_String>& texts) {
+void odb_WipReporter::Warning(const odb_SequenceString& texts) {
   Warning(FirstOf(texts));
 }
 
@@ -108,7 +108,7 @@ void odb_WipReporter::Print(const odb_String&) {
   if (m_printLines) cow_AssertFailed("\"Print is unimplemented\" == 0", kSource, kPrintSite);
 }
 
-void odb_WipReporter::Print(const std::vector<odb_String>&) {
+void odb_WipReporter::Print(const odb_SequenceString&) {
   if (m_printLines) cow_AssertFailed("\"Print is unimplemented\" == 0", kSource, kPrintListSite);
 }
 

@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "odb_OdbData.h"
 #include "store_Database.h"
 
 namespace {
@@ -61,7 +62,8 @@ void fault_Analysis::TearDown() {
 odb_Odb& fault_Analysis::Start(const std::string& name, int nodes, bool spill) {
   odb_Odb& odb = Odb("", "", "", m_dir.file(name).c_str());
   if (spill)
-    sqlite3_exec(odb.ddb()->Connection(), "PRAGMA cache_size = 1", nullptr, nullptr, nullptr);
+    sqlite3_exec(odb_OdbAccess::Store(odb)->Connection(), "PRAGMA cache_size = 1", nullptr, nullptr,
+                 nullptr);
   odb_DiscretePart& part = odb.DiscretePart("P", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
   std::vector<float> points(static_cast<std::size_t>(3 * nodes), 0.0f);
   for (int i = 0; i < nodes; ++i) points[static_cast<std::size_t>(3 * i)] = static_cast<float>(i);

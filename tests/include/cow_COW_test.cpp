@@ -18,7 +18,7 @@ struct Square : Shape {
   int Corners() const override { return 4; }
 };
 
-TEST(CowHandle, CopiesShareUntilOneWrites) {
+TEST(CowCOW, CopiesShareUntilOneWrites) {
   cow_COW<int> a(5);
   cow_COW<int> b(a);
   EXPECT_EQ(a.References(), 2);
@@ -32,7 +32,7 @@ TEST(CowHandle, CopiesShareUntilOneWrites) {
   EXPECT_EQ(b.Get(), before) << "a private handle writes in place";
 }
 
-TEST(CowHandle, VirtualPolicyKeepsDynamicType) {
+TEST(CowCOW, VirtualPolicyKeepsDynamicType) {
   cow_COW<Shape, cow_Virtual<Shape>> a(static_cast<Shape*>(new Square));
   cow_COW<Shape, cow_Virtual<Shape>> b(a);
   b.Get()->tag = 3;
@@ -40,7 +40,7 @@ TEST(CowHandle, VirtualPolicyKeepsDynamicType) {
   EXPECT_EQ(a->tag, 0);
 }
 
-TEST(CowHandle, NullArrayHandlesFillVacatedListSlots) {
+TEST(CowCOW, NullArrayHandlesFillVacatedListSlots) {
   using Handle = cow_ArrayCOW<int>;
   cow_1DArrayList<Handle> list;
   list.Append(Handle(1));

@@ -13,7 +13,7 @@ namespace {
 
 using Repository = odb_Repository<odb_String, int>;
 
-TEST(OdbRepository, AbsentNameThrowsWithNameBetweenTheTwoParts) {
+TEST(Repository, AbsentNameThrowsWithNameBetweenTheTwoParts) {
   Repository empty;
   EXPECT_EQ(MessageOf([&] { empty.constGet("X"); }), "Key \"X\" not found in repository");
   Repository filled;
@@ -23,7 +23,7 @@ TEST(OdbRepository, AbsentNameThrowsWithNameBetweenTheTwoParts) {
   EXPECT_EQ(filled["A"], 1);
 }
 
-TEST(OdbRepository, IteratesByNameAndCopiesAreIndependent) {
+TEST(Repository, IteratesByNameAndCopiesAreIndependent) {
   Repository parts;
   for (const char* name : {"PART-2", "Part-1", "PART-10"}) parts.insert(name, 0);
   Repository copy(parts);
@@ -41,7 +41,7 @@ TEST(OdbRepository, IteratesByNameAndCopiesAreIndependent) {
   EXPECT_FALSE(parts.isMember("A"));
 }
 
-TEST(OdbStepRepository, KeepsInsertionOrderAndRefusesAbsentNames) {
+TEST(RepositoryOfSteps, KeepsInsertionOrderAndRefusesAbsentNames) {
   odb_StepRepositoryBase<int> steps;
   EXPECT_TRUE(steps.append("Step-2", 2));
   EXPECT_TRUE(steps.append("Step-1", 1));
@@ -55,15 +55,6 @@ TEST(OdbStepRepository, KeepsInsertionOrderAndRefusesAbsentNames) {
   EXPECT_EQ(MessageOf([&] { steps.constGet("x"); }), "No step named \"x\" in StepContainer.");
   EXPECT_EQ(MessageOf([&] { it.currentValue(); }), "StepContainerIterator done.");
   EXPECT_EQ(MessageOf([&] { it.currentKey(); }), "StepContainerIterator done.");
-}
-
-TEST(OdbStepRepository, CatalogueKeysFollowTheClassName) {
-  using Map = uti_LabelMap<odb_StepRepositoryEnm, 1>;
-  EXPECT_EQ(Map::Size(), 6);
-  EXPECT_STREQ(Map::ResourceString(odb_StepRepository_ALREADY_EXISTS),
-               "odb_StepRepository_MSGID_05");
-  EXPECT_EQ(odb_CatalogueMessage(odb_StepRepository_PREVIOUS_MISSING, {"Step-0"}),
-            "Previous step \"Step-0\" not found.");
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(OdbSequence, CapacityHintIsNotALength) {
+TEST(Sequence, CapacityHintIsNotALength) {
   odb_SequenceInt s(100);
   EXPECT_EQ(s.size(), 0);
   EXPECT_EQ(s.allocatedSize(), 100);
@@ -13,7 +13,7 @@ TEST(OdbSequence, CapacityHintIsNotALength) {
   EXPECT_EQ(s[0], 7);
 }
 
-TEST(OdbSequence, GetPastTheEndExtendsStorageNotSize) {
+TEST(Sequence, GetPastTheEndExtendsStorageNotSize) {
   odb_SequenceFloat s;
   s.get(10) = 2.5f;
   EXPECT_EQ(s.size(), 0);
@@ -21,7 +21,7 @@ TEST(OdbSequence, GetPastTheEndExtendsStorageNotSize) {
   EXPECT_EQ(s.constGet(10), 2.5f);
 }
 
-TEST(OdbSequence, GrowCutsAndFindFirstGivesSizeWhenAbsent) {
+TEST(Sequence, GrowCutsAndFindFirstGivesSizeWhenAbsent) {
   int values[] = {1, 2, 3, 4, 5};
   odb_SequenceInt s(values, 5);
   EXPECT_EQ(s.size(), 5);
@@ -37,7 +37,7 @@ TEST(OdbSequence, GrowCutsAndFindFirstGivesSizeWhenAbsent) {
   EXPECT_TRUE(s.slice(1, 9).isEqual(odb_SequenceInt(values, 1)));
 }
 
-TEST(OdbSequence, StringsAreStoredAsSharedRepresentations) {
+TEST(Sequence, StringsAreStoredAsSharedRepresentations) {
   odb_SequenceString names;
   odb_String part("PART-1");
   names.append(part);
@@ -50,7 +50,7 @@ TEST(OdbSequence, StringsAreStoredAsSharedRepresentations) {
   EXPECT_STREQ(part.CStr(), "PART-1");
 }
 
-TEST(OdbSequence, TableRowsShareWithTheSequencesTheyCameFrom) {
+TEST(Sequence, TableRowsShareWithTheSequencesTheyCameFrom) {
   float xyz[] = {1, 2, 3};
   odb_SequenceFloat row(xyz, 3);
   odb_SequenceSequenceFloat table;
@@ -68,7 +68,7 @@ TEST(OdbSequence, TableRowsShareWithTheSequencesTheyCameFrom) {
   EXPECT_EQ(cube[0][1][0], 9.0f);
 }
 
-TEST(OdbSequence, CopyAndClearAreIndependent) {
+TEST(Sequence, CopyAndClearAreIndependent) {
   odb_SequenceDouble a;
   for (int i = 0; i < 1000; ++i) a.append(i * 0.5);
   odb_SequenceDouble b(a);

@@ -33,7 +33,7 @@ std::vector<Edge> CornerLoop(const std::vector<int>& nodes, std::size_t corners)
   return edges;
 }
 
-TEST(ElementLibrary, EveryTypeIsConsistentWithItsOwnNodeCount) {
+TEST(StoreElementLibrary, EveryTypeIsConsistentWithItsOwnNodeCount) {
   std::istringstream types(kTypes);
   for (std::string type; types >> type;) {
     SCOPED_TRACE(type);
@@ -54,7 +54,7 @@ TEST(ElementLibrary, EveryTypeIsConsistentWithItsOwnNodeCount) {
 
 // Each edge of a closed solid is walked once each way, so all faces turn the same way, and every
 // face naming an edge gives it the same mid-side node; corners and mid-side nodes cover them all.
-TEST(ElementLibrary, SolidFacesCloseTheBodyWithOneOrientation) {
+TEST(StoreElementLibrary, SolidFacesCloseTheBodyWithOneOrientation) {
   for (const char* type : {"C3D4", "C3D10", "C3D6", "C3D15", "C3D8", "C3D20R"}) {
     SCOPED_TRACE(type);
     const store_ElementClass& cls = Known(type);
@@ -81,7 +81,7 @@ TEST(ElementLibrary, SolidFacesCloseTheBodyWithOneOrientation) {
   }
 }
 
-TEST(ElementLibrary, PlanarEdgesRunRoundTheElementAndSidesRunBothWays) {
+TEST(StoreElementLibrary, PlanarEdgesRunRoundTheElementAndSidesRunBothWays) {
   for (const char* type : {"CPS3", "CPE4R", "CAX6", "CPS8"}) {
     SCOPED_TRACE(type);
     const std::vector<store_ElementFace>& edges = Known(type).faces;
@@ -109,7 +109,7 @@ TEST(ElementLibrary, PlanarEdgesRunRoundTheElementAndSidesRunBothWays) {
 
 // Tensor-product points number the first coordinate fastest, so their (third, second, first)
 // keys increase strictly.
-TEST(ElementLibrary, TensorProductPointsNumberTheFirstCoordinateFastest) {
+TEST(StoreElementLibrary, TensorProductPointsNumberTheFirstCoordinateFastest) {
   for (auto [type, count] : {std::pair{"C3D8", 8}, {"CPS4", 4}, {"C3D20R", 8}, {"C3D20", 27}}) {
     const auto& points = Known(type).integrationPointCoordinates;
     ASSERT_EQ(static_cast<int>(points.size()), count) << type;
@@ -124,7 +124,7 @@ TEST(ElementLibrary, TensorProductPointsNumberTheFirstCoordinateFastest) {
 }
 
 // The symmetric rules of simplices and wedges average to the centroid.
-TEST(ElementLibrary, IntegrationRulesHaveTheirUsualSizeAndBalance) {
+TEST(StoreElementLibrary, IntegrationRulesHaveTheirUsualSizeAndBalance) {
   for (auto [type, count] : {std::pair{"C3D10", 4},
                              {"C3D6", 2},
                              {"C3D15", 9},
@@ -148,7 +148,7 @@ TEST(ElementLibrary, IntegrationRulesHaveTheirUsualSizeAndBalance) {
   }
 }
 
-TEST(ElementLibrary, UnknownNamesAreUserElementsAndLabelsFollowTheDeck) {
+TEST(StoreElementLibrary, UnknownNamesAreUserElementsAndLabelsFollowTheDeck) {
   EXPECT_EQ(Known("CPE8RH").geometry, odb_Enum::GEOMETRY_PLANE_STRAIN);
   EXPECT_EQ(store_FindElementClass("CPS4H"), nullptr);
   EXPECT_EQ(store_FindElementClass("c3d8"), nullptr);
@@ -169,7 +169,7 @@ TEST(ElementLibrary, UnknownNamesAreUserElementsAndLabelsFollowTheDeck) {
 
 // The listing is what the documentation's table is made from: each known type once, and the
 // very class a lookup by name gives.
-TEST(ElementLibrary, ListingHoldsEveryKnownTypeOnceAsFoundByName) {
+TEST(StoreElementLibrary, ListingHoldsEveryKnownTypeOnceAsFoundByName) {
   std::set<std::string> listed;
   for (const store_ElementClass* cls : store_ElementClasses()) {
     EXPECT_TRUE(listed.insert(cls->name).second) << cls->name;

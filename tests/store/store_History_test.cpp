@@ -9,7 +9,7 @@
 #include "TempDir.h"
 #include "store_Statement.h"
 
-class HistorySeries : public ::testing::Test {
+class StoreHistory : public ::testing::Test {
  protected:
   void SetUp() override {
     m_db = store_Database::Create(m_path);
@@ -51,7 +51,7 @@ class HistorySeries : public ::testing::Test {
   std::shared_ptr<store_HistorySeries> m_series;
 };
 
-TEST_F(HistorySeries, WriteAFullBufferAsABlockAndTheRestAtTheSave) {
+TEST_F(StoreHistory, WriteAFullBufferAsABlockAndTheRestAtTheSave) {
   const std::size_t n = store_kHistoryBlockPairs + 3;
   for (std::size_t i = 0; i < n; ++i)
     m_series->Append(static_cast<double>(i), static_cast<float>(i) / 2);
@@ -64,7 +64,7 @@ TEST_F(HistorySeries, WriteAFullBufferAsABlockAndTheRestAtTheSave) {
   ExpectPairs(n);
 }
 
-TEST_F(HistorySeries, SplitAnArrayAtTheBlockSize) {
+TEST_F(StoreHistory, SplitAnArrayAtTheBlockSize) {
   std::vector<double> times(store_kHistoryBlockPairs * 2 + 1);
   std::vector<float> values(times.size());
   for (std::size_t i = 0; i < times.size(); ++i) {
@@ -83,7 +83,7 @@ TEST_F(HistorySeries, SplitAnArrayAtTheBlockSize) {
   ExpectPairs(times.size());
 }
 
-TEST_F(HistorySeries, RollbackDropsWrittenAndHeldPairsAlike) {
+TEST_F(StoreHistory, RollbackDropsWrittenAndHeldPairsAlike) {
   m_series->Append(0.0, 0.0f);
   m_db->Commit();
   for (std::size_t i = 1; i <= store_kHistoryBlockPairs + 1; ++i)
@@ -98,7 +98,7 @@ TEST_F(HistorySeries, RollbackDropsWrittenAndHeldPairsAlike) {
   ExpectPairs(2);
 }
 
-TEST_F(HistorySeries, RefuseDamagedBlocks) {
+TEST_F(StoreHistory, RefuseDamagedBlocks) {
   m_series->Append(0.0, 0.0f);
   m_db->Commit();
   m_db->Sql("UPDATE history_block SET count = 2").Run();

@@ -28,14 +28,14 @@ store_LabelIndex Built(const std::vector<int>& labels) {
 
 }  // namespace
 
-TEST(LabelIndex, FindsConsecutiveDenseAndScatteredLabels) {
+TEST(StoreLabelIndex, FindsConsecutiveDenseAndScatteredLabels) {
   ExpectIndexes({5, 6, 7, 8}, {4, 9, -2147483647 - 1, 2147483647});
   ExpectIndexes({10, 3, 7, 4}, {5, 2, 11});
   ExpectIndexes({2147483647, -2147483647 - 1, 0, 1000000, -7}, {1, -6, 999999});
   ExpectIndexes({}, {0});
 }
 
-TEST(LabelIndex, ReportsTheFirstRepeatedLabelInEveryForm) {
+TEST(StoreLabelIndex, ReportsTheFirstRepeatedLabelInEveryForm) {
   const std::vector<std::vector<int>> cases = {{3, 4, 3}, {100000000, 1, 100000000}};
   for (const std::vector<int>& labels : cases) {
     store_LabelIndex index;
@@ -46,7 +46,7 @@ TEST(LabelIndex, ReportsTheFirstRepeatedLabelInEveryForm) {
   }
 }
 
-TEST(LabelIndex, FirstMissingFindsTheFirstUnindexedLabelInEveryForm) {
+TEST(StoreLabelIndex, FirstMissingFindsTheFirstUnindexedLabelInEveryForm) {
   for (const std::vector<int>& labels : kEveryForm) {
     const store_LabelIndex index = Built(labels);
     std::vector<int> probe(200, 3);
@@ -60,7 +60,7 @@ TEST(LabelIndex, FirstMissingFindsTheFirstUnindexedLabelInEveryForm) {
   }
 }
 
-TEST(LabelIndex, FirstRepeatFindsTheFirstLabelMetTwiceInEveryForm) {
+TEST(StoreLabelIndex, FirstRepeatFindsTheFirstLabelMetTwiceInEveryForm) {
   for (const std::vector<int>& labels : kEveryForm) {
     const store_LabelIndex index = Built(labels);
     auto repeat = [&](std::vector<int> probe) {

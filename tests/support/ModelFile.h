@@ -10,18 +10,18 @@
 
 #include "TempDir.h"
 #include "ThrownMessage.h"
-#include "odb_MaterialRepository.h"
-#include "odb_SectionCategoryRepository.h"
-#include "odb_SectionRepository.h"
+#include "odb_MaterialData.h"
+#include "odb_SectionCategoryData.h"
+#include "odb_SectionData.h"
 #include "store_Database.h"
 
 class ModelFile : public ::testing::Test {
  protected:
   void SetUp() override {
     m_store = store_Database::Create(m_path);
-    m_categories = odb_SectionCategoryRepository(m_store);
-    m_materials = odb_MaterialRepository(m_store);
-    m_sections = odb_SectionRepository(m_store);
+    m_categories = odb_SectionCategoryRepositoryAccess::Make(m_store);
+    m_materials = odb_MaterialRepositoryAccess::Make(m_store);
+    m_sections = odb_SectionRepositoryAccess::Make(m_store);
   }
 
   // Saves what was written, closes the writer and opens the file again read-only, as a reader

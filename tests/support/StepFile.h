@@ -10,17 +10,18 @@
 #include "TempDir.h"
 #include "ThrownMessage.h"
 #include "odb_StepRepository.h"
+#include "odb_StepRepositoryData.h"
 #include "store_Database.h"
 
 class StepFile : public ::testing::Test {
  protected:
   void SetUp() override {
     m_store = store_Database::Create(m_path);
-    m_steps = odb_StepRepository(m_store);
+    m_steps = odb_StepRepositoryAccess::Make(m_store);
   }
 
   odb_Step& NewStep(const odb_String& name, odb_Enum::odb_DomainEnum domain = odb_Enum::TIME) {
-    return m_steps.AddStep(name, "", domain, 1.0, "", "*STATIC", 0.0);
+    return odb_StepRepositoryAccess::AddStep(m_steps, name, "", domain, 1.0, "", "*STATIC", 0.0);
   }
 
   TempDir m_dir;

@@ -6,9 +6,9 @@ namespace {
 
 const char kSource[] = "uti/impl/wip_WIP";
 
-const odb_String& FirstOf(const std::vector<odb_String>& texts) {
+const odb_String& FirstOf(const odb_SequenceString& texts) {
   static const odb_String none;
-  return texts.empty() ? none : texts.front();
+  return texts.isEmpty() ? none : texts[0];
 }
 
 }  // namespace
@@ -23,7 +23,7 @@ void wip_WIP::Warning(const odb_String& text) {
   if (m_reporter) m_reporter->Warning(text);
 }
 
-void wip_WIP::Warning(const std::vector<odb_String>& texts) {
+void wip_WIP::Warning(const odb_SequenceString& texts) {
   if (m_reporter) m_reporter->Warning(texts);
 }
 
@@ -34,7 +34,7 @@ void wip_WIP::Error(const odb_String& text) {
   odb_ThrowMessage(text, kSource, __LINE__);
 }
 
-void wip_WIP::Error(const std::vector<odb_String>& texts) {
+void wip_WIP::Error(const odb_SequenceString& texts) {
   if (m_reporter) m_reporter->Error(texts);
   odb_ThrowMessage(FirstOf(texts), kSource, __LINE__);
 }

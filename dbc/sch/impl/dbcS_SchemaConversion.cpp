@@ -3,13 +3,14 @@
 #include <sys/stat.h>
 
 #include <filesystem>
+#include <memory>
 #include <string>
 
 #include "odb_Exception.h"
 #include "odb_Exceptions.h"
 #include "odb_Upgrade.h"
+#include "store_Conversion.h"
 #include "store_Database.h"
-#include "store_PageChecksum.h"
 
 namespace {
 
@@ -86,18 +87,23 @@ void upgradeOdb(const odb_String& oldPath, const odb_String& newPath) {
   std::filesystem::copy_file(oldPath.CStr(), newPath.CStr(),
                              std::filesystem::copy_options::overwrite_existing, error);
   if (error) CannotConvert(oldPath, error.message(), 77);
-  sqlite3* db = nullptr;
-  if (sqlite3_open_v2(newPath.CStr(), &db, SQLITE_OPEN_READWRITE, store_ChecksumVfs()) !=
-      SQLITE_OK) {
-    std::string why = sqlite3_errmsg(db);
-    sqlite3_close(db);
-    CannotConvert(oldPath, why, 83);
+  // The copy is converted in one transaction, so that a failure leaves no half-converted file.
+  std::unique_ptr<store_Conversion> file;
+  try {
+    file = std::make_unique<store_Conversion>(newPath.CStr());
+  } catch (const store_Error& e) {
+    CannotConvert(oldPath, e.what(), 83);
   }
-  sqlite3_exec(db, "BEGIN", nullptr, nullptr, nullptr);
-  for (int v = version; v < store_kSchemaVersion; ++v) ConversionFrom(v)->apply(db);
-  std::string setVersion = "PRAGMA user_version = " + std::to_string(store_kSchemaVersion);
-  sqlite3_exec(db, setVersion.c_str(), nullptr, nullptr, nullptr);
-  int rc = sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr);
-  sqlite3_close(db);
-  if (rc != SQLITE_OK) CannotConvert(oldPath, "the converted file could not be written", 92);
+  for (int v = version; v < store_kSchemaVersion; ++v) {
+    try {
+      ConversionFrom(v)->apply(*file);
+    } catch (const store_Error& e) {
+      CannotConvert(oldPath, e.what(), 87);
+    }
+  }
+  try {
+    file->Commit(store_kSchemaVersion);
+  } catch (const store_Error&) {
+    CannotConvert(oldPath, "the converted file could not be written", 92);
+  }
 }

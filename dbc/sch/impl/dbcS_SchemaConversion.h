@@ -6,14 +6,15 @@
 #ifndef DBCS_SCHEMACONVERSION_H
 #define DBCS_SCHEMACONVERSION_H
 
-#include <sqlite3.h>
-
 #include <vector>
+
+class store_Conversion;
 
 struct dbcS_Conversion {
   int fromVersion;  // the version it converts; the result has fromVersion + 1
   const char* what;
-  void (*apply)(sqlite3* db);
+  // Rewrites the file being converted; a failure of the file throws store_Error.
+  void (*apply)(store_Conversion& file);
 };
 
 // The registered conversions.

@@ -2,6 +2,7 @@
 #include <sqlite3.h>
 
 #include "MeshFile.h"
+#include "odb_ElementAccess.h"
 
 using Assembly = MeshFile;
 
@@ -19,7 +20,8 @@ TEST_F(Assembly, PlacesInstancesByTranslationThenRotation) {
   EXPECT_EQ(moved.partName(), "PLATE");
   EXPECT_EQ(moved.elements().size(), 2);
   // The instance views the part's stored mesh; it holds no copy.
-  EXPECT_EQ(moved.getElementFromLabel(10).nodeList(), part.getElementFromLabel(10).nodeList());
+  EXPECT_EQ(odb_ElementAccess::NodeList(moved.getElementFromLabel(10)),
+            odb_ElementAccess::NodeList(part.getElementFromLabel(10)));
   EXPECT_EQ(assembly.meshes().instanceNames().size(), 2);
 }
 

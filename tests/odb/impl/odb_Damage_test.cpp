@@ -17,7 +17,7 @@
 // below read back silently wrong (or, for the two casts, as undefined behaviour) before pages
 // carried checksums and stored codes were checked; now each is refused with a message that
 // names the file and what was being read.
-class DamagedFile : public FieldFile {
+class Damage : public FieldFile {
  protected:
   void SetUp() override {
     FieldFile::SetUp();
@@ -96,7 +96,7 @@ class DamagedFile : public FieldFile {
   std::string Damaged() const { return "The file " + m_path + " is damaged: "; }
 };
 
-TEST_F(DamagedFile, AHistoryOutputOfAnUnknownDataTypeIsRefused) {
+TEST_F(Damage, AHistoryOutputOfAnUnknownDataTypeIsRefused) {
   ChangeRows("UPDATE history_output SET type = 99");
   odb_Step& step = Reader().steps()["LOAD"];
   EXPECT_EQ(MessageOf([&] { step.historyRegions()["TIP"].historyOutputs(); }),
@@ -105,7 +105,7 @@ TEST_F(DamagedFile, AHistoryOutputOfAnUnknownDataTypeIsRefused) {
                 "writes (history_output.type holds 99, not 0 to 11).");
 }
 
-TEST_F(DamagedFile, ASurfaceFaceThatIsNoFaceIsRefused) {
+TEST_F(Damage, ASurfaceFaceThatIsNoFaceIsRefused) {
   ChangeRows(
       "UPDATE array_chunk SET data = x'28000000' WHERE array_id = (SELECT faces FROM "
       "set_member WHERE faces IS NOT NULL)");
@@ -116,7 +116,7 @@ TEST_F(DamagedFile, ASurfaceFaceThatIsNoFaceIsRefused) {
                 "holds 40, not 0 to 11).");
 }
 
-TEST_F(DamagedFile, ARowOfNullsIsRefusedNotReadAsZeros) {
+TEST_F(Damage, ARowOfNullsIsRefusedNotReadAsZeros) {
   // NOT NULL lifted for the change, as a zeroed cell (which reads as NULL) lifts it.
   ChangeRows(
       "PRAGMA writable_schema = 1; UPDATE sqlite_schema SET sql = replace(sql, 'increment "
@@ -129,7 +129,7 @@ TEST_F(DamagedFile, ARowOfNullsIsRefusedNotReadAsZeros) {
                 "holds NULL).");
 }
 
-TEST_F(DamagedFile, ALostGroupOfRecordsIsRefused) {
+TEST_F(Damage, ALostGroupOfRecordsIsRefused) {
   ZeroCells("frame");
   odb_Step& step = Reader().steps()["LOAD"];
   const std::string message = MessageOf([&] { step.frames().size(); });
@@ -138,7 +138,7 @@ TEST_F(DamagedFile, ALostGroupOfRecordsIsRefused) {
       << message;
 }
 
-TEST_F(DamagedFile, AChangedFloatIsRefused) {
+TEST_F(Damage, AChangedFloatIsRefused) {
   const float s = 12345.678f;
   std::string bytes = Bytes();
   const std::size_t at = bytes.find(std::string(reinterpret_cast<const char*>(&s), sizeof s));
@@ -153,7 +153,7 @@ TEST_F(DamagedFile, AChangedFloatIsRefused) {
       << message;
 }
 
-TEST_F(DamagedFile, ADescriptionLostThroughADamagedIndexIsRefused) {
+TEST_F(Damage, ADescriptionLostThroughADamagedIndexIsRefused) {
   int pageSize = 0;
   const int page = RootPage("sqlite_autoindex_header_1", pageSize);
   ASSERT_GT(page, 1);
@@ -167,7 +167,7 @@ TEST_F(DamagedFile, ADescriptionLostThroughADamagedIndexIsRefused) {
       << message;
 }
 
-TEST_F(DamagedFile, VerifyListsEveryDamagedPageAndBadCode) {
+TEST_F(Damage, VerifyListsEveryDamagedPageAndBadCode) {
   EXPECT_EQ(odb_verifyOdb(m_path.c_str()).size(), 0) << "a sound file";
   ChangeRows("UPDATE step SET domain = 7");
   odb_SequenceString problems = odb_verifyOdb(m_path.c_str());

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "MeshFile.h"
+#include "odb_ElementAccess.h"
 
 namespace {
 
@@ -24,9 +25,9 @@ long long FileCount(const std::string& path, const char* sql) {
 
 }  // namespace
 
-using PartNodes = MeshFile;
+using DiscretePartNodes = MeshFile;
 
-TEST_F(PartNodes, RefusesBadArraysInTheStatedOrderAndStoresNothing) {
+TEST_F(DiscretePartNodes, RefusesBadArraysInTheStatedOrderAndStoresNothing) {
   odb_DiscretePart& part = m_odb->DiscretePart("P", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
   EXPECT_EQ(MessageOf([&] {
               part.addNodes(Ints({}), Points({{1, 2}}));
@@ -54,7 +55,7 @@ TEST_F(PartNodes, RefusesBadArraysInTheStatedOrderAndStoresNothing) {
   EXPECT_EQ(MessageOf([&] { part.getNodeFromLabel(3); }), "Invalid Node label");
 }
 
-TEST_F(PartNodes, ABadRowOutranksADuplicateLabelBeforeIt) {
+TEST_F(DiscretePartNodes, ABadRowOutranksADuplicateLabelBeforeIt) {
   odb_DiscretePart& part = m_odb->DiscretePart("P", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
   part.addNodes(Ints({1, 2}), Points({{0, 0, 0}, {1, 0, 0}}));
   EXPECT_EQ(MessageOf([&] {
@@ -65,7 +66,7 @@ TEST_F(PartNodes, ABadRowOutranksADuplicateLabelBeforeIt) {
   EXPECT_EQ(part.nodes().size(), 2);
 }
 
-TEST_F(PartNodes, ALargeAdditionReportsItsFirstBadRowAndStoresItsCoordinates) {
+TEST_F(DiscretePartNodes, ALargeAdditionReportsItsFirstBadRowAndStoresItsCoordinates) {
   odb_DiscretePart& part = m_odb->DiscretePart("P", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
   const int n = 100000;  // converted on two threads
   odb_SequenceInt labels;
@@ -87,7 +88,7 @@ TEST_F(PartNodes, ALargeAdditionReportsItsFirstBadRowAndStoresItsCoordinates) {
   EXPECT_EQ(last.coordinates()[2], -float(n - 1));
 }
 
-TEST_F(PartNodes, CoordinatesAreStoredAsThreeFloat32PerNode) {
+TEST_F(DiscretePartNodes, CoordinatesAreStoredAsThreeFloat32PerNode) {
   odb_DiscretePart& part =
       m_odb->DiscretePart("P", odb_Enum::TWO_D_PLANAR, odb_Enum::DEFORMABLE_BODY);
   part.addNodes(Ints({1, 2, 3}), Points({{0.1f, 1e-30f}, {3.4e38f, -2.5f}, {7, 8}}));
@@ -100,7 +101,7 @@ TEST_F(PartNodes, CoordinatesAreStoredAsThreeFloat32PerNode) {
   EXPECT_EQ(odb.parts().get("P").getNodeFromLabel(1).coordinates()[1], 1e-30f);
 }
 
-TEST_F(PartNodes, PlanarPartsTakeTwoCoordinatesAndReportAThirdOfZero) {
+TEST_F(DiscretePartNodes, PlanarPartsTakeTwoCoordinatesAndReportAThirdOfZero) {
   odb_DiscretePart& part =
       m_odb->DiscretePart("P", odb_Enum::TWO_D_PLANAR, odb_Enum::DEFORMABLE_BODY);
   EXPECT_EQ(MessageOf([&] {
@@ -116,9 +117,9 @@ TEST_F(PartNodes, PlanarPartsTakeTwoCoordinatesAndReportAThirdOfZero) {
   EXPECT_EQ(part.nodeSet("ALL").nodes().size(), 1);
 }
 
-using PartElements = MeshFile;
+using DiscretePartElements = MeshFile;
 
-TEST_F(PartElements, RefusesBadArraysInTheStatedOrderAndStoresNothing) {
+TEST_F(DiscretePartElements, RefusesBadArraysInTheStatedOrderAndStoresNothing) {
   odb_DiscretePart& part = TwoQuads();
   EXPECT_EQ(MessageOf([&] { part.addElements(Ints({}), Rows({{1}}), "S4R"); }),
             "No element labels provided.");
@@ -148,7 +149,7 @@ TEST_F(PartElements, RefusesBadArraysInTheStatedOrderAndStoresNothing) {
   EXPECT_EQ(part.elements().size(), 2);
 }
 
-TEST_F(PartElements, RefusalsFoundTogetherAreReportedInTheStatedOrder) {
+TEST_F(DiscretePartElements, RefusalsFoundTogetherAreReportedInTheStatedOrder) {
   odb_DiscretePart& part = TwoQuads();
   EXPECT_EQ(MessageOf([&] {
               part.addElements(Ints({10, 31}), Rows({{1, 2, 5, 4}, {1, 2, 99, 4}}), "S4R");
@@ -174,7 +175,7 @@ TEST_F(PartElements, RefusalsFoundTogetherAreReportedInTheStatedOrder) {
   EXPECT_EQ(part.elements().size(), 2);
 }
 
-TEST_F(PartElements, AnUnknownNodeFarIntoALargeAdditionLeavesTheFileAsItWas) {
+TEST_F(DiscretePartElements, AnUnknownNodeFarIntoALargeAdditionLeavesTheFileAsItWas) {
   odb_DiscretePart& part = TwoQuads();
   saveOdb(*m_odb);
   const char* arrays = "SELECT count(*) FROM array";
@@ -215,7 +216,7 @@ TEST_F(PartElements, AnUnknownNodeFarIntoALargeAdditionLeavesTheFileAsItWas) {
   EXPECT_EQ(back.elementSet("MANY").elements().size(), n);
 }
 
-TEST_F(PartElements, ReadBackInNodeLabelsWithTheirTypeClassAndCategory) {
+TEST_F(DiscretePartElements, ReadBackInNodeLabelsWithTheirTypeClassAndCategory) {
   odb_DiscretePart& part = TwoQuads();
   odb_SectionCategory& category = m_odb->SectionCategory("shell < STEEL >", "");
   part.addElements(Ints({7}), Rows({{6, 5, 2}}), "S3", "TRI", category);
@@ -237,12 +238,13 @@ TEST_F(PartElements, ReadBackInNodeLabelsWithTheirTypeClassAndCategory) {
   EXPECT_EQ(user.integrationPoints(), 1);
 
   int positions[] = {5, 4, 1};
-  odb_Element fromPositions(7, 2, positions, 3, "S3", category, odb_Enum::GEOMETRY_SHELL,
-                            quad.meshIndex(), 1, quad.nodeList());
+  odb_Element fromPositions =
+      odb_ElementAccess::FromPositions(7, 2, positions, 3, "S3", category, odb_Enum::GEOMETRY_SHELL,
+                                       quad.meshIndex(), 1, odb_ElementAccess::NodeList(quad));
   EXPECT_EQ(fromPositions.connectivity(), Ints({6, 5, 2}));
 }
 
-TEST_F(PartElements, KnownTypesRefuseAnotherNodeCountAndStoreNothing) {
+TEST_F(DiscretePartElements, KnownTypesRefuseAnotherNodeCountAndStoreNothing) {
   odb_DiscretePart& part = TwoQuads();
   EXPECT_EQ(MessageOf([&] {
               part.addElements(Ints({17}), Rows({{1, 2, 5, 4, 2, 3, 6, 5}}), "C3D20");
@@ -272,7 +274,7 @@ TEST_F(PartElements, KnownTypesRefuseAnotherNodeCountAndStoreNothing) {
     EXPECT_EQ(MessageOf([&] { back.getElementFromLabel(label); }), "Invalid Element label");
 }
 
-TEST_F(PartElements, UnknownTypesWarnOncePerDatabaseAndRoundTripAsUserElements) {
+TEST_F(DiscretePartElements, UnknownTypesWarnOncePerDatabaseAndRoundTripAsUserElements) {
   odb_DiscretePart& part = TwoQuads();
   TakeWarnings();
   part.addElements(Ints({30}), Rows({{1, 2, 4, 5}}), "c3d4");
@@ -317,9 +319,9 @@ TEST_F(PartElements, UnknownTypesWarnOncePerDatabaseAndRoundTripAsUserElements) 
 }
 
 // The flat forms: contiguous arrays whose sizes are checked, then the nested forms' checks.
-using FlatMesh = MeshFile;
+using DiscretePartFlatMesh = MeshFile;
 
-TEST_F(FlatMesh, AdditionsFromContiguousArraysReadBackIntoTheCallersArrays) {
+TEST_F(DiscretePartFlatMesh, AdditionsFromContiguousArraysReadBackIntoTheCallersArrays) {
   odb_DiscretePart& part = m_odb->DiscretePart("P", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
   const std::vector<int> nodes = {7, 3, 9, 4, 11, 12};
   const std::vector<float> xyz = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, 0, 0, 1, 1, 0, 1};
@@ -352,7 +354,7 @@ TEST_F(FlatMesh, AdditionsFromContiguousArraysReadBackIntoTheCallersArrays) {
             "readElements(): the label array holds 2 values; the mesh gives 3.");
 }
 
-TEST_F(FlatMesh, SizesAreCheckedBeforeAnythingIsReadOrWritten) {
+TEST_F(DiscretePartFlatMesh, SizesAreCheckedBeforeAnythingIsReadOrWritten) {
   odb_DiscretePart& part = m_odb->DiscretePart("P", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
   odb_DiscretePart& flat =
       m_odb->DiscretePart("F", odb_Enum::TWO_D_PLANAR, odb_Enum::DEFORMABLE_BODY);

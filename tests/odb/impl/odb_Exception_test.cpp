@@ -22,7 +22,7 @@ bool StartsWith(const std::string& text, const std::string& prefix) {
 
 }  // namespace
 
-TEST(OdbException, EachCodeFillsItsCatalogueTextAsItSays) {
+TEST(Exception, EachCodeFillsItsCatalogueTextAsItSays) {
   AssertRecorder recorder;
   EXPECT_EQ(Journal(odb_Exception(0, "a.odb", "detail")),
             Exceptions::LabelString(odb_Exceptions_PREVIOUS_VERSION));
@@ -42,7 +42,7 @@ TEST(OdbException, EachCodeFillsItsCatalogueTextAsItSays) {
   EXPECT_TRUE(recorder.fired().empty());
 }
 
-TEST(OdbException, PropagateAndCopyKeepDynamicTypeAndEveryField) {
+TEST(Exception, PropagateAndCopyKeepDynamicTypeAndEveryField) {
   odb_Exception original(7, "f.odb", "d", 12, 333, true);
   nex_Exception& asBase = original;
   try {
@@ -68,7 +68,7 @@ TEST(OdbException, PropagateAndCopyKeepDynamicTypeAndEveryField) {
   FAIL() << "Throw did not throw";
 }
 
-TEST(OdbException, CaughtAsStandardExceptionGivesTheMessage) {
+TEST(Exception, CaughtAsStandardExceptionGivesTheMessage) {
   try {
     odb_ThrowMessage("A part named \"P\" already exists.", "odb/impl/odb_Odb", 77);
   } catch (const std::exception& e) {

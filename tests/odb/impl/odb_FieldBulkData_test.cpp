@@ -6,7 +6,7 @@
 
 namespace {
 
-using BulkRead = FieldFile;
+using FieldBulkData = FieldFile;
 
 std::vector<float> Ramp(std::size_t n, float start) {
   std::vector<float> v(n);
@@ -14,7 +14,7 @@ std::vector<float> Ramp(std::size_t n, float start) {
   return v;
 }
 
-TEST_F(BulkRead, BlocksReadIntoTheCallersArraysAsWritten) {
+TEST_F(FieldBulkData, BlocksReadIntoTheCallersArraysAsWritten) {
   const std::vector<int> nodes = {12, 1, 5, 7};
   const std::vector<float> u = Ramp(12, 1.0f);
   m_frame.FieldOutput("U", "", odb_Enum::VECTOR)
@@ -73,7 +73,7 @@ TEST_F(BulkRead, BlocksReadIntoTheCallersArraysAsWritten) {
             "readLocalCoordSystem(): the block holds no orientations.");
 }
 
-TEST_F(BulkRead, ABlockPartlyHeldReadsHeldAndStoredValuesInOrder) {
+TEST_F(FieldBulkData, ABlockPartlyHeldReadsHeldAndStoredValuesInOrder) {
   odb_FieldOutput& p = m_frame.FieldOutput("P", "", odb_Enum::SCALAR);
   p.addData(odb_Enum::NODAL, *m_instance, 2, std::vector<int>{3, 4}, 2, 1,
             std::vector<float>{3, 4});

@@ -6,12 +6,12 @@
 #include "FieldFile.h"
 #include "ThrownMessage.h"
 
-class FieldWrite : public FieldFile {
+class FieldOutputWrite : public FieldFile {
  protected:
   odb_FieldOutput& Stress() { return m_frame.FieldOutput("S", "stress", odb_Enum::TENSOR_3D_FULL); }
 };
 
-TEST_F(FieldWrite, CreatorsNameComponentsAndRefuseATakenName) {
+TEST_F(FieldOutputWrite, CreatorsNameComponentsAndRefuseATakenName) {
   odb_FieldOutput& s = Stress();
   EXPECT_EQ(s.componentLabels().size(), 6);
   EXPECT_EQ(s.componentLabels()[5], odb_String("S23"));
@@ -24,11 +24,13 @@ TEST_F(FieldWrite, CreatorsNameComponentsAndRefuseATakenName) {
   EXPECT_EQ(m_frame.fieldOutputs().size(), 3);
 }
 
-TEST_F(FieldWrite, ChecksComeInOrderBeforeAnythingIsWritten) {
+TEST_F(FieldOutputWrite, ChecksComeInOrderBeforeAnythingIsWritten) {
   odb_FieldOutput& u = m_frame.VectorOutput("U", "", 3);
   odb_FieldOutput& s = Stress();
   const odb_SequenceInt nodes = Ints({1, 2});
-  EXPECT_EQ(MessageOf([&] { odb_FieldOutput().addData(odb_Enum::NODAL, *m_instance, nodes, Table(2, 3)); }),
+  EXPECT_EQ(MessageOf([&] {
+              odb_FieldOutput().addData(odb_Enum::NODAL, *m_instance, nodes, Table(2, 3));
+            }),
             "addData() not valid for an orphaned object.");
   EXPECT_EQ(MessageOf([&] { u.addData(odb_Enum::NODAL, odb_Instance(), nodes, Table(2, 3)); }),
             "Instance '' does not exists in this odb.");
@@ -44,7 +46,9 @@ TEST_F(FieldWrite, ChecksComeInOrderBeforeAnythingIsWritten) {
             "Transformation not allowed for scalar data.");
   EXPECT_EQ(MessageOf([&] { u.addData(odb_Enum::ELEMENT_FACE, *m_instance, nodes, Table(2, 3)); }),
             "Invalid results position for field.");
-  EXPECT_EQ(MessageOf([&] { u.addData(odb_Enum::NODAL, *m_instance, Ints({1, 99}), Table(2, 3)); }),
+  EXPECT_EQ(MessageOf([&] {
+              u.addData(odb_Enum::NODAL, *m_instance, Ints({1, 99}), Table(2, 3));
+            }),
             "The element labels passed into field.addData() method contain some undefined labels.");
   EXPECT_EQ(MessageOf([&] {
               s.addData(odb_Enum::INTEGRATION_POINT, *m_instance, Ints({4}), Table(4, 6),
@@ -60,39 +64,47 @@ TEST_F(FieldWrite, ChecksComeInOrderBeforeAnythingIsWritten) {
   EXPECT_EQ(s.values().size(), 0);
 }
 
-TEST_F(FieldWrite, LengthMessagesNameThePositionAndElementType) {
+TEST_F(FieldOutputWrite, LengthMessagesNameThePositionAndElementType) {
   odb_FieldOutput& s = Stress();
   odb_FieldOutput& u = m_frame.VectorOutput("U", "", 3);
   const char* lead = "Length of data sequence incorrect. Data at ";
-  EXPECT_EQ(MessageOf([&] { u.addData(odb_Enum::NODAL, *m_instance, Ints({1, 2}), Table(3, 3)); }),
-            std::string(lead) + "2 locations expected. Data at 3 locations provided. Nodal data "
-                                "request failed.");
+  EXPECT_EQ(MessageOf([&] {
+              u.addData(odb_Enum::NODAL, *m_instance, Ints({1, 2}), Table(3, 3));
+            }),
+            std::string(lead) +
+                "2 locations expected. Data at 3 locations provided. Nodal data "
+                "request failed.");
   EXPECT_EQ(MessageOf([&] {
               s.addData(odb_Enum::INTEGRATION_POINT, *m_instance, Ints({1}), Table(7, 6));
             }),
-            std::string(lead) + "8 locations expected. Data at 7 locations provided. Element data "
-                                "request failed. Element type is C3D8. Data at 8 integration "
-                                "points per element expected.");
+            std::string(lead) +
+                "8 locations expected. Data at 7 locations provided. Element data "
+                "request failed. Element type is C3D8. Data at 8 integration "
+                "points per element expected.");
   EXPECT_EQ(MessageOf([&] {
               s.addData(odb_Enum::ELEMENT_NODAL, *m_instance, Ints({3}), Table(3, 6),
                         odb_SectionPoint(), odb_SequenceSequenceFloat(), Table(3, 6));
             }),
-            std::string(lead) + "8 locations expected. Data at 6 locations provided. Element data "
-                                "request failed. Element type is C3D4. Data at 4 nodes per "
-                                "element expected.");
+            std::string(lead) +
+                "8 locations expected. Data at 6 locations provided. Element data "
+                "request failed. Element type is C3D4. Data at 4 nodes per "
+                "element expected.");
   EXPECT_EQ(MessageOf([&] { s.addData(odb_Enum::CENTROID, *m_instance, Ints({3}), Table(2, 6)); }),
-            std::string(lead) + "1 locations expected. Data at 2 locations provided. Element data "
-                                "request failed. Element type is C3D4. Data at 1 location per "
-                                "element expected.");
+            std::string(lead) +
+                "1 locations expected. Data at 2 locations provided. Element data "
+                "request failed. Element type is C3D4. Data at 1 location per "
+                "element expected.");
   // Two groups: each gets its own rows; rows beyond them are reported after both are written.
-  EXPECT_EQ(MessageOf([&] { s.addData(odb_Enum::CENTROID, *m_instance, Ints({1, 3}), Table(3, 6)); }),
+  EXPECT_EQ(MessageOf([&] {
+              s.addData(odb_Enum::CENTROID, *m_instance, Ints({1, 3}), Table(3, 6));
+            }),
             "field.addData() request not processed correctly. 2 data sequences written from the 3 "
             "supplied. Write data for each element position, element type, and section definition "
             "separately for more detailed error messages.");
   EXPECT_EQ(s.bulkDataBlocks().size(), 2);
 }
 
-TEST_F(FieldWrite, DataTypeChecksPerGroup) {
+TEST_F(FieldOutputWrite, DataTypeChecksPerGroup) {
   odb_FieldOutput& p = m_frame.FieldOutput("P", "", odb_Enum::SCALAR);
   odb_FieldOutput& u = m_frame.VectorOutput("U", "", 3);
   odb_FieldOutput& s = Stress();
@@ -113,7 +125,7 @@ TEST_F(FieldWrite, DataTypeChecksPerGroup) {
             "Invalid results type for field.");
 }
 
-TEST_F(FieldWrite, SubFieldsSplitByTypeAndSectionPointAndReuseEarlierOnes) {
+TEST_F(FieldOutputWrite, SubFieldsSplitByTypeAndSectionPointAndReuseEarlierOnes) {
   odb_FieldOutput& s = Stress();
   s.addData(odb_Enum::CENTROID, *m_instance, Ints({1, 3, 2}), Table(3, 6));
   s.addData(odb_Enum::CENTROID, *m_instance, Ints({4}), Table(1, 6), odb_SectionPoint(1, "Bottom"));
@@ -134,7 +146,7 @@ TEST_F(FieldWrite, SubFieldsSplitByTypeAndSectionPointAndReuseEarlierOnes) {
   EXPECT_EQ(s.locations()[0].sectionPoint().size(), 2);
 }
 
-TEST_F(FieldWrite, LabelsRepeatedInOneCallAreRefusedAndNothingIsWritten) {
+TEST_F(FieldOutputWrite, LabelsRepeatedInOneCallAreRefusedAndNothingIsWritten) {
   odb_FieldOutput& u = m_frame.VectorOutput("U", "", 3);
   odb_FieldOutput& s = Stress();
   EXPECT_EQ(MessageOf([&] {
@@ -171,7 +183,7 @@ TEST_F(FieldWrite, LabelsRepeatedInOneCallAreRefusedAndNothingIsWritten) {
   EXPECT_EQ(u.getSubset(m_instance->getNodeFromLabel(2)).values().size(), 2);
 }
 
-TEST_F(FieldWrite, CheckedBulkFormRefusesCountsItsArraysDoNotHold) {
+TEST_F(FieldOutputWrite, CheckedBulkFormRefusesCountsItsArraysDoNotHold) {
   odb_FieldOutput& s = Stress();
   // Arrays of exactly their size on the heap: a read past one fails the sanitizer build.
   const std::vector<int> labels = {2, 1};

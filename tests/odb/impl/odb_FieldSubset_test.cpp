@@ -51,10 +51,12 @@ TEST_F(FieldSubset, ExtrapolationReproducesALinearFieldAtNodesAndCentroids) {
 
 TEST_F(FieldSubset, PositionsThatAreNotReadAreRefused) {
   odb_FieldOutput s = LinearStress();
-  EXPECT_EQ(MessageOf([&] { s.getSubset(odb_Enum::WHOLE_REGION); }), "WHOLE_REGION data are not read.");
+  EXPECT_EQ(MessageOf([&] { s.getSubset(odb_Enum::WHOLE_REGION); }),
+            "WHOLE_REGION data are not read.");
   EXPECT_EQ(MessageOf([&] { s.getSubset(odb_Enum::WHOLE_PART_INSTANCE); }),
             "WHOLE_PART_INSTANCE data are not read.");
-  EXPECT_EQ(MessageOf([&] { s.getSubset(odb_Enum::WHOLE_MODEL); }), "WHOLE_MODEL data are not read.");
+  EXPECT_EQ(MessageOf([&] { s.getSubset(odb_Enum::WHOLE_MODEL); }),
+            "WHOLE_MODEL data are not read.");
   EXPECT_EQ(MessageOf([&] { s.getSubset(odb_Enum::GENERAL_PARTICLE); }),
             "GENERAL_PARTICLE data are not read.");
   EXPECT_EQ(MessageOf([&] { s.getSubset(odb_Enum::ELEMENT_FACE); }),
@@ -73,7 +75,10 @@ TEST_F(FieldSubset, RegionsElementsNodesAndSectionPointsSelectValues) {
   EXPECT_EQ(one.SubField()[0].getSubsetIndices()[0], 8);
   EXPECT_EQ(u.getSubset(m_instance->getNodeFromLabel(3)).values()[0].data()[0], 200.0f);
   EXPECT_EQ(s.getSubset(odb_SectionPoint(2, "Top")).values().size(), 2);
-  EXPECT_EQ(s.getSubset(odb_FieldLocation(odb_Enum::CENTROID, odb_SectionPoint(2, "Top"))).values().size(), 2);
+  EXPECT_EQ(s.getSubset(odb_FieldLocation(odb_Enum::CENTROID, odb_SectionPoint(2, "Top")))
+                .values()
+                .size(),
+            2);
   EXPECT_EQ(s.getSubset(odb_String("S4R")).values().size(), 2);
   EXPECT_EQ(s.getSubset(odb_String("s4r")).values().size(), 0);
   EXPECT_EQ(s.getSubset(*m_instance).values().size(), 18);
@@ -137,9 +142,16 @@ TEST_F(FieldSubset, CopyingAFieldChecksTheTargetDatabase) {
   for (const Target& t : targets) {
     odb_Odb& other = Odb("", "", "", m_dir.file("t" + std::to_string(n++) + ".odb").c_str());
     odb_DiscretePart& part = other.DiscretePart("P", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
-    part.addNodes(Ints({1, 2, 3, 4, 5, 7, 8, 9, 10, 11}),
-                  Points({{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {0, 1, 0}, {1, 1, 0}, {0, 0, 1},
-                          {1, 0, 1}, {2, 0, 1}, {0, 1, 1}, {1, 1, 1}}));
+    part.addNodes(Ints({1, 2, 3, 4, 5, 7, 8, 9, 10, 11}), Points({{0, 0, 0},
+                                                                  {1, 0, 0},
+                                                                  {2, 0, 0},
+                                                                  {0, 1, 0},
+                                                                  {1, 1, 0},
+                                                                  {0, 0, 1},
+                                                                  {1, 0, 1},
+                                                                  {2, 0, 1},
+                                                                  {0, 1, 1},
+                                                                  {1, 1, 1}}));
     part.addElements(Ints({1}), Rows({{1, 2, 5, 4, 7, 8, 11, 10}}), t.type1);
     if (t.element2) part.addElements(Ints({2}), Rows({{1, 2, 5, 4, 7, 8, 11, 10}}), "C3D8");
     odb_SectionCategory& shell = other.SectionCategory("SHELL", "");

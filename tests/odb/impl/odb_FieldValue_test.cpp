@@ -13,25 +13,29 @@ const odb_Enum::odb_DataTypeEnum kTypes[] = {
     odb_Enum::SCALAR,           odb_Enum::VECTOR,           odb_Enum::MATRIX,
     odb_Enum::TENSOR_3D_FULL,   odb_Enum::TENSOR_3D_PLANAR, odb_Enum::TENSOR_3D_SURFACE,
     odb_Enum::TENSOR_2D_PLANAR, odb_Enum::TENSOR_2D_SURFACE};
-const odb_Enum::odb_ResultPositionEnum kPositions[] = {
-    odb_Enum::NODAL, odb_Enum::ELEMENT_NODAL, odb_Enum::INTEGRATION_POINT, odb_Enum::CENTROID,
-    odb_Enum::WHOLE_ELEMENT};
+const odb_Enum::odb_ResultPositionEnum kPositions[] = {odb_Enum::NODAL, odb_Enum::ELEMENT_NODAL,
+                                                       odb_Enum::INTEGRATION_POINT,
+                                                       odb_Enum::CENTROID, odb_Enum::WHOLE_ELEMENT};
 const int kWidths[] = {1, 3, 4, 6, 4, 3, 3, 3};
 
 }  // namespace
 
-class FieldRead : public FieldFile {};
+class FieldValueRead : public FieldFile {};
 
-TEST_F(FieldRead, EveryTypeAndPositionReadsBackBitForBitAfterReopening) {
+TEST_F(FieldValueRead, EveryTypeAndPositionReadsBackBitForBitAfterReopening) {
   int n = 0;
   for (int t = 0; t < 8; ++t)
     for (odb_Enum::odb_ResultPositionEnum position : kPositions) {
       const std::string name = "F" + std::to_string(n++);
       odb_SequenceString labels;
-      for (int c = 0; c < kWidths[t]; ++c) labels.append(odb_String(("C" + std::to_string(c)).c_str()));
+      for (int c = 0; c < kWidths[t]; ++c)
+        labels.append(odb_String(("C" + std::to_string(c)).c_str()));
       odb_FieldOutput& f = m_frame.FieldOutput(name.c_str(), "", kTypes[t], labels);
       const bool nodal = position == odb_Enum::NODAL;
-      const int rows = nodal ? 3 : (position == odb_Enum::CENTROID || position == odb_Enum::WHOLE_ELEMENT) ? 1 : 8;
+      const int rows = nodal ? 3
+                       : (position == odb_Enum::CENTROID || position == odb_Enum::WHOLE_ELEMENT)
+                           ? 1
+                           : 8;
       odb_SequenceSequenceFloat data = Table(rows, kWidths[t]);
       data.get(0).get(0) = std::nextafter(0.1f, 1.0f) * n;
       f.addData(position, *m_instance, nodal ? Ints({1, 2, 3}) : Ints({2}), data);
@@ -45,7 +49,11 @@ TEST_F(FieldRead, EveryTypeAndPositionReadsBackBitForBitAfterReopening) {
       const odb_FieldOutput& f = frame.fieldOutputs()[name.c_str()];
       ASSERT_EQ(f.type(), kTypes[t]) << name;
       const odb_SequenceFieldValue& values = f.values();
-      ASSERT_EQ(values.size(), position == odb_Enum::NODAL ? 3 : position == odb_Enum::CENTROID || position == odb_Enum::WHOLE_ELEMENT ? 1 : 8) << name;
+      ASSERT_EQ(values.size(),
+                position == odb_Enum::NODAL                                             ? 3
+                : position == odb_Enum::CENTROID || position == odb_Enum::WHOLE_ELEMENT ? 1
+                                                                                        : 8)
+          << name;
       const odb_FieldValue v = values[values.size() - 1];
       EXPECT_EQ(v.position(), position);
       EXPECT_EQ(v.data().size(), kWidths[t]);
@@ -56,12 +64,14 @@ TEST_F(FieldRead, EveryTypeAndPositionReadsBackBitForBitAfterReopening) {
       EXPECT_EQ(std::memcmp(&first, &expected, sizeof first), 0) << name;
       EXPECT_EQ(v.elementLabel(), position == odb_Enum::NODAL ? -1 : 2);
       EXPECT_EQ(v.integrationPoint(), position == odb_Enum::INTEGRATION_POINT ? 8 : -1);
-      EXPECT_EQ(v.nodeLabel(), position == odb_Enum::NODAL ? 3 : position == odb_Enum::ELEMENT_NODAL ? 11 : -1);
+      EXPECT_EQ(v.nodeLabel(), position == odb_Enum::NODAL           ? 3
+                               : position == odb_Enum::ELEMENT_NODAL ? 11
+                                                                     : -1);
       EXPECT_EQ(v.instance().name(), odb_String("B-1"));
     }
 }
 
-TEST_F(FieldRead, ConjugatesAndOrientationsSurviveAndGiveDirectionCosines) {
+TEST_F(FieldValueRead, ConjugatesAndOrientationsSurviveAndGiveDirectionCosines) {
   odb_FieldOutput& s = m_frame.FieldOutput("S", "", odb_Enum::TENSOR_3D_FULL);
   const float half = std::sqrt(0.5f);
   odb_SequenceSequenceFloat quarterTurn;  // 90 degrees about the 3-axis
@@ -84,7 +94,7 @@ TEST_F(FieldRead, ConjugatesAndOrientationsSurviveAndGiveDirectionCosines) {
   EXPECT_EQ(frame.fieldOutputs()["S"].bulkDataBlocks()[0].orientationWidth(), 4);
 }
 
-TEST_F(FieldRead, InvariantsApplyOnlyToTheirTypes) {
+TEST_F(FieldValueRead, InvariantsApplyOnlyToTheirTypes) {
   odb_FieldOutput& s = m_frame.FieldOutput("S", "", odb_Enum::TENSOR_3D_FULL);
   odb_SequenceSequenceFloat uniaxial;
   uniaxial.append(Points({{200, 0, 0, 0, 0, 0}})[0]);
@@ -103,7 +113,7 @@ TEST_F(FieldRead, InvariantsApplyOnlyToTheirTypes) {
   EXPECT_EQ(uv.tresca(), 0.0f);
 }
 
-TEST_F(FieldRead, BulkFormWritesLikeTheSequenceForm) {
+TEST_F(FieldValueRead, BulkFormWritesLikeTheSequenceForm) {
   odb_FieldOutput& s = m_frame.FieldOutput("S", "", odb_Enum::TENSOR_3D_FULL);
   std::vector<float> data(16 * 6);
   for (std::size_t i = 0; i < data.size(); ++i) data[i] = float(i);

@@ -4,11 +4,12 @@
 #include <vector>
 
 #include "HistoryFile.h"
+#include "odb_OdbData.h"
 #include "store_Statement.h"
 
 using PairList = std::vector<std::pair<double, float>>;
 
-class HistoryOutputs : public HistoryFile {
+class HistoryOutput : public HistoryFile {
  protected:
   void SetUp() override {
     HistoryFile::SetUp();
@@ -19,7 +20,7 @@ class HistoryOutputs : public HistoryFile {
   odb_HistoryOutput* m_u = nullptr;
 };
 
-TEST_F(HistoryOutputs, AppendInCallOrderThroughAllThreeForms) {
+TEST_F(HistoryOutput, AppendInCallOrderThroughAllThreeForms) {
   m_u->addData(0.5, 1.25);
   m_u->addData(Floats({0.25f, 1.0f}), Floats({2.0f, 3.0f}));
   m_u->addData(Points({{2.0f, 4.0f}, {1.5f, 5.0f}}));
@@ -35,7 +36,7 @@ TEST_F(HistoryOutputs, AppendInCallOrderThroughAllThreeForms) {
   EXPECT_EQ(nested[3][1], 4.0f);
 }
 
-TEST_F(HistoryOutputs, RefuseMalformedDataAndAppendNone) {
+TEST_F(HistoryOutput, RefuseMalformedDataAndAppendNone) {
   m_u->addData(0.0, 1.0);
   EXPECT_EQ(MessageOf([&] {
               m_u->addData(Floats({1, 2}), Floats({1}));
@@ -55,7 +56,7 @@ TEST_F(HistoryOutputs, RefuseMalformedDataAndAppendNone) {
             "Data added to a history variable should be of width 2");
 }
 
-TEST_F(HistoryOutputs, SubsetsDropPairsExactlyAtTheirBounds) {
+TEST_F(HistoryOutput, SubsetsDropPairsExactlyAtTheirBounds) {
   m_u->addData(Points({{0.0f, 10}, {0.5f, 11}, {1.0f, 12}, {1.5f, 13}}));
   const odb_HistoryOutput after = m_u->getSubset(0.0);
   EXPECT_EQ(Pairs(after.data()), (PairList{{0.5, 11}, {1.0, 12}, {1.5, 13}}));
@@ -69,7 +70,7 @@ TEST_F(HistoryOutputs, SubsetsDropPairsExactlyAtTheirBounds) {
   EXPECT_EQ(Pairs(after.getSubset(0.5, 1.5).data()), (PairList{{1.0, 12}}));
 }
 
-TEST_F(HistoryOutputs, OrphansRefuseDataAndKeepWhatTheyHold) {
+TEST_F(HistoryOutput, OrphansRefuseDataAndKeepWhatTheyHold) {
   m_u->addData(1.0, 2.0);
   odb_HistoryOutput subset = m_u->getSubset(0.0);
   odb_HistoryOutput built("X", "made here", odb_Enum::SCALAR, Points({{1, 2}}), Points({{1, 7}}));
@@ -85,7 +86,7 @@ TEST_F(HistoryOutputs, OrphansRefuseDataAndKeepWhatTheyHold) {
   EXPECT_EQ(m_u->conjugateData().size(), 0);
 }
 
-TEST_F(HistoryOutputs, SurviveSaveCloseAndReopenAndGrowByNewBlocks) {
+TEST_F(HistoryOutput, SurviveSaveCloseAndReopenAndGrowByNewBlocks) {
   m_u->addData(0.1, 1.0);
   m_u->addData(0.2, 2.0);
   saveOdb(*m_odb);
@@ -108,7 +109,8 @@ TEST_F(HistoryOutputs, SurviveSaveCloseAndReopenAndGrowByNewBlocks) {
   EXPECT_EQ(Pairs(reader.steps()["S"].historyRegions()["Node I.3"].historyOutputs()["U2"].data()),
             (PairList{{0.1, 1.0f}, {0.2, 2.0f}, {0.4, 4.0f}}));
   // Two saves with pairs, two blocks: the first was not rewritten by the second.
-  store_Statement blocks = reader.ddb()->Sql("SELECT count(*), sum(count) FROM history_block");
+  store_Statement blocks =
+      odb_OdbAccess::Store(reader)->Sql("SELECT count(*), sum(count) FROM history_block");
   ASSERT_TRUE(blocks.Step());
   EXPECT_EQ(blocks.Int(0), 2);
   EXPECT_EQ(blocks.Int(1), 3);

@@ -3,11 +3,12 @@
 #include <string>
 
 #include "HistoryFile.h"
+#include "odb_OdbData.h"
 #include "store_Statement.h"
 
-class HistoryPoints : public HistoryFile {};
+class HistoryPoint : public HistoryFile {};
 
-TEST_F(HistoryPoints, NameAndDescribeEveryKindOfPoint) {
+TEST_F(HistoryPoint, NameAndDescribeEveryKindOfPoint) {
   odb_Instance& i = *m_instance;
   const odb_Node node = i.getNodeFromLabel(5);
   const odb_Element element = i.getElementFromLabel(20);
@@ -59,7 +60,7 @@ TEST_F(HistoryPoints, NameAndDescribeEveryKindOfPoint) {
   EXPECT_EQ(odb_HistoryPoint(node, i).positionDescription(), "node");
 }
 
-TEST_F(HistoryPoints, RegionsTakeThePointsTextsUnlessGivenTheirOwn) {
+TEST_F(HistoryPoint, RegionsTakeThePointsTextsUnlessGivenTheirOwn) {
   const odb_Node node = m_instance->getNodeFromLabel(6);
   // The node record does not name its instance: the step finds "I", the one placing the plate.
   odb_HistoryRegion& tip = m_step->HistoryRegion("", "", odb_HistoryPoint(node));
@@ -72,7 +73,7 @@ TEST_F(HistoryPoints, RegionsTakeThePointsTextsUnlessGivenTheirOwn) {
   EXPECT_EQ(m_step->historyRegions().size(), 3);
 }
 
-TEST_F(HistoryPoints, LeaveTheInstanceOutWhenSeveralPlaceThePart) {
+TEST_F(HistoryPoint, LeaveTheInstanceOutWhenSeveralPlaceThePart) {
   m_odb->rootAssembly().Instance("J", *m_part);
   const odb_Node node = m_instance->getNodeFromLabel(6);
   odb_HistoryRegion& region = m_step->HistoryRegion("", "", odb_HistoryPoint(node));
@@ -80,7 +81,7 @@ TEST_F(HistoryPoints, LeaveTheInstanceOutWhenSeveralPlaceThePart) {
   EXPECT_EQ(region.description(), "Output at Assembly Assembly node 6");
 }
 
-TEST_F(HistoryPoints, ComeBackFromTheFileWithTheirLabelsAndNames) {
+TEST_F(HistoryPoint, ComeBackFromTheFileWithTheirLabelsAndNames) {
   odb_Instance& i = *m_instance;
   m_step->HistoryRegion(
       "", "", odb_HistoryPoint(i.getElementFromLabel(10), 4, odb_SectionPoint(1, "Bottom"), i));
@@ -100,9 +101,9 @@ TEST_F(HistoryPoints, ComeBackFromTheFileWithTheirLabelsAndNames) {
   EXPECT_EQ(regions["Unknown region"].historyPoint().regionName(), "Elsewhere");
 }
 
-TEST_F(HistoryPoints, RefuseAStoredKindThisReleaseDoesNotKnow) {
+TEST_F(HistoryPoint, RefuseAStoredKindThisReleaseDoesNotKnow) {
   m_step->HistoryRegion("R", "", odb_HistoryPoint(*m_instance));
-  m_odb->ddb()->Sql("UPDATE history_region SET position = 42").Run();
+  odb_OdbAccess::Store(*m_odb)->Sql("UPDATE history_region SET position = 42").Run();
   saveOdb(*m_odb);
   closeOdb(*m_odb);
   odb_Odb& odb = openOdb(m_path.c_str(), true);

@@ -2,9 +2,9 @@
 
 #include "HistoryFile.h"
 
-class HistoryRegions : public HistoryFile {};
+class HistoryRegion : public HistoryFile {};
 
-TEST_F(HistoryRegions, RefuseATakenNameAndAnUnknownLoadCase) {
+TEST_F(HistoryRegion, RefuseATakenNameAndAnUnknownLoadCase) {
   odb_HistoryPoint whole(m_odb->rootAssembly());
   odb_HistoryRegion& region = m_step->HistoryRegion("", "", whole);
   EXPECT_EQ(region.name(), "Assembly Assembly");
@@ -18,7 +18,7 @@ TEST_F(HistoryRegions, RefuseATakenNameAndAnUnknownLoadCase) {
   EXPECT_EQ(m_step->historyRegions().size(), 2);
 }
 
-TEST_F(HistoryRegions, RefuseOutputsTheStoreCannotHold) {
+TEST_F(HistoryRegion, RefuseOutputsTheStoreCannotHold) {
   odb_Instance& i = *m_instance;
   odb_HistoryRegion& nodal =
       m_step->HistoryRegion("", "", odb_HistoryPoint(i.getNodeFromLabel(1), i));
@@ -43,7 +43,7 @@ TEST_F(HistoryRegions, RefuseOutputsTheStoreCannotHold) {
   EXPECT_EQ(MessageOf([&] { stored.HistoryOutput("U2", ""); }), "HistoryOutput request failed.");
 }
 
-TEST_F(HistoryRegions, GiveNodeAndElementPointsAnInternalResultsSet) {
+TEST_F(HistoryRegion, GiveNodeAndElementPointsAnInternalResultsSet) {
   odb_Instance& i = *m_instance;
   m_step->HistoryRegion("", "", odb_HistoryPoint(i.getNodeFromLabel(3), i)).HistoryOutput("U1", "");
   m_step->HistoryRegion("", "", odb_HistoryPoint(i.getElementFromLabel(20), 1, i))
@@ -63,7 +63,7 @@ TEST_F(HistoryRegions, GiveNodeAndElementPointsAnInternalResultsSet) {
   EXPECT_EQ(stored.nodeSets().size(), 1);
 }
 
-TEST_F(HistoryRegions, SubsetsAreOrphansWithTheirOutputsCut) {
+TEST_F(HistoryRegion, SubsetsAreOrphansWithTheirOutputsCut) {
   odb_HistoryRegion& region =
       m_step->HistoryRegion("TIP", "the tip", odb_HistoryPoint(*m_instance));
   region.HistoryOutput("A", "").addData(Points({{0, 1}, {1, 2}, {2, 3}}));
@@ -88,7 +88,7 @@ TEST_F(HistoryRegions, SubsetsAreOrphansWithTheirOutputsCut) {
             "Cannot add data to an orphan history object.");
 }
 
-TEST_F(HistoryRegions, AreReadBackWithTheirOutputsInEveryStep) {
+TEST_F(HistoryRegion, AreReadBackWithTheirOutputsInEveryStep) {
   m_step->HistoryRegion("", "", odb_HistoryPoint(*m_instance)).HistoryOutput("ALLIE", "energy");
   NewStep("S2").HistoryRegion("", "", odb_HistoryPoint(odb_String("Whole Model")));
   odb_Odb& reader = Reopen();

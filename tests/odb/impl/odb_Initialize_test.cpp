@@ -20,7 +20,7 @@ void Record(const char* module, bool up) {
   Events().push_back(std::string(up ? "+" : "-") + module);
 }
 
-TEST(Startup, NestedCallsStartOnceAndStopInReverseOrder) {
+TEST(Initialize, NestedCallsStartOnceAndStopInReverseOrder) {
   Events().clear();
   odb_ModuleObserver previous = odb_SetModuleObserver(Record);
   int count = 0;
@@ -40,7 +40,7 @@ TEST(Startup, NestedCallsStartOnceAndStopInReverseOrder) {
   odb_SetModuleObserver(previous);
 }
 
-TEST(Startup, ApiPairInstallsTheStandardErrorReporterWhileUp) {
+TEST(Initialize, ApiPairInstallsTheStandardErrorReporterWhileUp) {
   odb_initializeAPI();
   odb_initializeAPI();
   EXPECT_NE(thr_ThreadSingleton<wip_WIP>::Instance().Reporter(), nullptr);

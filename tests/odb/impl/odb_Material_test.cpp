@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "ModelFile.h"
+#include "odb_MaterialData.h"
 #include "odb_MaterialRepository.h"
 
 namespace {
@@ -72,8 +73,8 @@ TEST_F(MaterialFile, SavedMaterialsReadBackWithWhatWasGiven) {
   m_materials.Material("FOAM").setDensity(3.0e-11);
   m_materials.Material("VOID");
 
-  odb_MaterialRepository read(SaveAndReopen());
-  read.Load();
+  odb_MaterialRepository read = odb_MaterialRepositoryAccess::Make(SaveAndReopen());
+  odb_MaterialRepositoryAccess::Load(read);
   ASSERT_EQ(read.size(), 4);
   for (odb_MaterialRepositoryIT it(m_materials); !it.isDone(); it.next()) {
     const odb_Material& written = it.currentValue();
@@ -94,15 +95,16 @@ TEST_F(MaterialFile, SavedMaterialsReadBackWithWhatWasGiven) {
 
 TEST_F(MaterialFile, ReadOnlyDatabaseRefusesNewMaterialsAndSetters) {
   m_materials.Material("STEEL").setDensity(7.85e-9);
-  odb_MaterialRepository read(SaveAndReopen());
-  read.Load();
+  odb_MaterialRepository read = odb_MaterialRepositoryAccess::Make(SaveAndReopen());
+  odb_MaterialRepositoryAccess::Load(read);
   EXPECT_EQ(MessageOf([&] { read.Material("ALU"); }), kReadOnly);
   EXPECT_EQ(MessageOf([&] { read["STEEL"].setDensity(1.0); }), kReadOnly);
   EXPECT_EQ(MessageOf([&] { read["STEEL"].setElastic(1.0, 0.3); }), kReadOnly);
   EXPECT_EQ(read["STEEL"].density(), 7.85e-9);
 
-  odb_MaterialRepository again(store_Database::Open(m_path, true));
-  again.Load();
+  odb_MaterialRepository again =
+      odb_MaterialRepositoryAccess::Make(store_Database::Open(m_path, true));
+  odb_MaterialRepositoryAccess::Load(again);
   EXPECT_EQ(again.size(), 1);
   EXPECT_EQ(again["STEEL"].density(), 7.85e-9);
   EXPECT_FALSE(again["STEEL"].hasElastic());

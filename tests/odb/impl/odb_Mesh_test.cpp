@@ -2,6 +2,7 @@
 #include <sqlite3.h>
 
 #include "MeshFile.h"
+#include "odb_ElementAccess.h"
 #include "store_PageChecksum.h"
 
 using Mesh = MeshFile;
@@ -31,8 +32,8 @@ TEST_F(Mesh, MeshListFindsTheLastMeshOfAPartAndConnectivityPositions) {
   odb_Element element = part.getElementFromLabel(20);
   EXPECT_EQ(assembly.meshes().ConnIndicesForEl(element), Ints({1, 2, 5, 4}));
   EXPECT_EQ(MessageOf([&] { odb_MeshList().ConnIndicesForEl(element); }), "Element not found.");
-  odb_Element stranger = odb_Element::FromLabels(99, 0, nullptr, 0, "S4R", odb_SectionCategory(),
-                                                 odb_Enum::GEOMETRY_SHELL, index, 1, nullptr);
+  odb_Element stranger = odb_ElementAccess::FromLabels(
+      99, 0, nullptr, 0, "S4R", odb_SectionCategory(), odb_Enum::GEOMETRY_SHELL, index, 1, nullptr);
   EXPECT_EQ(MessageOf([&] { part.meshes().ConnIndicesForEl(stranger); }),
             "Element index not found.");
 }
@@ -61,9 +62,9 @@ TEST_F(Mesh, SequencesSliceAppendAndCompareWithinOneMesh) {
   EXPECT_EQ(MessageOf([&] { elements.element(2); }), "Element index out of range.");
 }
 
-using Model = MeshFile;
+using MeshModel = MeshFile;
 
-TEST_F(Model, EverythingReadsBackEqualAfterReopening) {
+TEST_F(MeshModel, EverythingReadsBackEqualAfterReopening) {
   odb_SectionCategory& category = m_odb->SectionCategory("shell < STEEL >", "S4R shells");
   category.SectionPoint(1, "bottom");
   odb_DiscretePart& part = TwoQuads();
@@ -101,7 +102,7 @@ TEST_F(Model, EverythingReadsBackEqualAfterReopening) {
   EXPECT_EQ(odb.rootAssembly().elementSet("ALL").elements("I").size(), 3);
 }
 
-TEST_F(Model, StoredSetsOfAnUnknownKindAreRefused) {
+TEST_F(MeshModel, StoredSetsOfAnUnknownKindAreRefused) {
   odb_DiscretePart& part = TwoQuads();
   m_odb->rootAssembly().Instance("I", part).NodeSet("N", Ints({1}));
   m_odb->rootAssembly().NodeSet("A", odb_SequenceString(), odb_SequenceSequenceInt());

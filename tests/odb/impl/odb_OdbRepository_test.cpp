@@ -8,12 +8,13 @@
 #include <fstream>
 
 #include "OdbSession.h"
+#include "odb_OdbData.h"
 #include "odb_Version.h"
 #include "store_Database.h"
 
 namespace {
 
-using Registry = OdbSession;
+using OdbRepository = OdbSession;
 
 void SetSchemaVersion(const std::string& path, int version) {
   std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
@@ -22,7 +23,7 @@ void SetSchemaVersion(const std::string& path, int version) {
     file.put(static_cast<char>((version >> shift) & 0xFF));
 }
 
-TEST_F(Registry, CreatedDatabaseIsLockedSavedClosedAndReopened) {
+TEST_F(OdbRepository, CreatedDatabaseIsLockedSavedClosedAndReopened) {
   std::string path = m_dir.file("beam.odb");
   odb_Odb& odb = Odb("", "Cantilever", "a test beam", path.c_str());
   EXPECT_STREQ(odb.name().CStr(), path.c_str()) << "the path is the name when none is given";
@@ -30,7 +31,7 @@ TEST_F(Registry, CreatedDatabaseIsLockedSavedClosedAndReopened) {
   EXPECT_FALSE(odb.isReadOnly());
   odb.Step("Step-1", "load", odb_Enum::TIME, 1.0, "", "*STATIC", 0.0).Frame(1, 0.5, "half");
   saveOdb(odb);
-  EXPECT_EQ(std::string(odb.ddb()->Header("analysis_version")),
+  EXPECT_EQ(std::string(odb_OdbAccess::Store(odb)->Header("analysis_version")),
             "KORVEL/Scripting Interface" QTVODB_VERSION_STRING);
   closeOdb(odb);
   EXPECT_FALSE(Exists(path + ".lck"));
@@ -45,7 +46,7 @@ TEST_F(Registry, CreatedDatabaseIsLockedSavedClosedAndReopened) {
   EXPECT_EQ(TakeWarnings(), "");
 }
 
-TEST_F(Registry, ClosingWithoutSavingKeepsTheLastSavedState) {
+TEST_F(OdbRepository, ClosingWithoutSavingKeepsTheLastSavedState) {
   std::string path = m_dir.file("a.odb");
   odb_Odb& odb = Odb("a", "", "", path.c_str());
   odb.Step("Saved", "", odb_Enum::TIME, 1.0, "", "", 0.0);
@@ -57,7 +58,7 @@ TEST_F(Registry, ClosingWithoutSavingKeepsTheLastSavedState) {
   EXPECT_TRUE(back.steps().isMember("Saved"));
 }
 
-TEST_F(Registry, NamesAndPathsAreCheckedAndMadeAbsolute) {
+TEST_F(OdbRepository, NamesAndPathsAreCheckedAndMadeAbsolute) {
   std::string path = m_dir.file("a.odb");
   Odb("first", "", "", path.c_str()).save();
   EXPECT_EQ(MessageOf([&] { Odb("first", "", "", m_dir.file("b.odb").c_str()); }),
@@ -80,7 +81,7 @@ TEST_F(Registry, NamesAndPathsAreCheckedAndMadeAbsolute) {
       std::string::npos);
 }
 
-TEST_F(Registry, LockFileMakesAWriteOpenReadOnlyAndSavingWritesNothing) {
+TEST_F(OdbRepository, LockFileMakesAWriteOpenReadOnlyAndSavingWritesNothing) {
   std::string path = m_dir.file("a.odb");
   closeOdb(Odb("", "", "", path.c_str()));
   std::ofstream(path + ".lck").put('x');
@@ -99,7 +100,7 @@ TEST_F(Registry, LockFileMakesAWriteOpenReadOnlyAndSavingWritesNothing) {
 
 // A writer killed while it had the file open leaves its lock: the next writable open still
 // reads only, but says that the writer is gone and how to recover.
-TEST_F(Registry, LockLeftByAWriterThatIsGoneSaysSoAndHowToRecover) {
+TEST_F(OdbRepository, LockLeftByAWriterThatIsGoneSaysSoAndHowToRecover) {
   std::string path = m_dir.file("a.odb");
   pid_t writer = fork();
   ASSERT_GE(writer, 0);
@@ -135,7 +136,7 @@ TEST_F(Registry, LockLeftByAWriterThatIsGoneSaysSoAndHowToRecover) {
   closeOdb(live);
 }
 
-TEST_F(Registry, FileWithoutWritePermissionOpensReadOnly) {
+TEST_F(OdbRepository, FileWithoutWritePermissionOpensReadOnly) {
   std::string path = m_dir.file("a.odb");
   closeOdb(Odb("", "", "", path.c_str()));
   chmod(path.c_str(), 0444);
@@ -148,7 +149,7 @@ TEST_F(Registry, FileWithoutWritePermissionOpensReadOnly) {
   EXPECT_FALSE(Exists(path + ".lck"));
 }
 
-TEST_F(Registry, OlderAndNewerSchemaVersionsAreRefusedWithoutTrace) {
+TEST_F(OdbRepository, OlderAndNewerSchemaVersionsAreRefusedWithoutTrace) {
   std::string path = m_dir.file("a.odb");
   closeOdb(Odb("", "", "", path.c_str()));
   SetSchemaVersion(path, 332);
@@ -176,7 +177,7 @@ TEST_F(Registry, OlderAndNewerSchemaVersionsAreRefusedWithoutTrace) {
   EXPECT_TRUE(openOdb(path.c_str()).isOpen());
 }
 
-TEST_F(Registry, UnreadableFilesAndFoldersGiveTheOpenAndCreateMessages) {
+TEST_F(OdbRepository, UnreadableFilesAndFoldersGiveTheOpenAndCreateMessages) {
   std::string missing = m_dir.file("missing.odb");
   EXPECT_EQ(MessageOf([&] { openOdb(missing.c_str()); }),
             "Cannot open file " + missing + ". No such file or directory.");
@@ -190,7 +191,7 @@ TEST_F(Registry, UnreadableFilesAndFoldersGiveTheOpenAndCreateMessages) {
   EXPECT_EQ(odb_OdbRepository::Instance().size(), 0);
 }
 
-TEST_F(Registry, CloseDropsEveryNameOfTheFileAndRemoveKeepsTheThresholdOfTwo) {
+TEST_F(OdbRepository, CloseDropsEveryNameOfTheFileAndRemoveKeepsTheThresholdOfTwo) {
   std::string path = m_dir.file("a.odb");
   odb_Odb& odb = Odb("one", "", "", path.c_str());
   odb.save();
@@ -200,6 +201,10 @@ TEST_F(Registry, CloseDropsEveryNameOfTheFileAndRemoveKeepsTheThresholdOfTwo) {
   registry.remove("unknown");
   EXPECT_EQ(registry.size(), 3);
   EXPECT_TRUE(registry.get("unknown").path().Empty()) << "the fallback slot, no throw";
+  EXPECT_TRUE(registry.get("unknown").ddb().isNull());
+  EXPECT_FALSE(registry.get("one").ddb().isNull());
+  EXPECT_EQ(registry.get("one").ddb(), odb.ddb()) << "the same name's view of the file";
+  EXPECT_NE(registry.get("two").ddb(), odb.ddb()) << "each name has its own view";
   registry.remove("three");
   EXPECT_EQ(registry.size(), 2) << "three names shared the file: only one dropped";
   EXPECT_TRUE(registry.get("one").isOpen());
@@ -215,7 +220,7 @@ TEST_F(Registry, CloseDropsEveryNameOfTheFileAndRemoveKeepsTheThresholdOfTwo) {
   EXPECT_THROW(first.Step("late", "", odb_Enum::TIME, 1.0, "", "", 0.0), odb_Exception);
 }
 
-TEST_F(Registry, FinalizeClosesEverythingAndRemovesLockFiles) {
+TEST_F(OdbRepository, FinalizeClosesEverythingAndRemovesLockFiles) {
   Odb("", "", "", m_dir.file("a.odb").c_str());
   Odb("", "", "", m_dir.file("b.odb").c_str());
   int other = 0;

@@ -12,7 +12,7 @@
 
 namespace {
 
-using Database = OdbSession;
+using OdbFile = OdbSession;
 
 // Two steps; the second starts at analysis time 1.0, so its frames sit at 1.0, 1.5 and 2.0.
 odb_Odb& TwoSteps(const std::string& path) {
@@ -24,7 +24,7 @@ odb_Odb& TwoSteps(const std::string& path) {
   return odb;
 }
 
-TEST_F(Database, GetFrameAddsTotalTimeAndBreaksTiesByMatchRule) {
+TEST_F(OdbFile, GetFrameAddsTotalTimeAndBreaksTiesByMatchRule) {
   odb_Odb& odb = TwoSteps(m_dir.file("a.odb"));
   // Step-1 frame 2 and Step-2 frame 0 both sit at time 1.0.
   odb_Frame nearest = odb.getFrame(0.9, odb_Enum::CLOSEST);
@@ -42,7 +42,7 @@ TEST_F(Database, GetFrameAddsTotalTimeAndBreaksTiesByMatchRule) {
       << "an unknown rule takes every frame: the last one wins";
 }
 
-TEST_F(Database, ExactMatchComparesInSinglePrecision) {
+TEST_F(OdbFile, ExactMatchComparesInSinglePrecision) {
   odb_Odb& odb = Odb("", "", "", m_dir.file("a.odb").c_str());
   odb.Step("S", "", odb_Enum::TIME, 1.0, "", "", -1.0).Frame(1, 0.1, "");
   EXPECT_EQ(MessageOf([&] { odb.getFrame(0.1, odb_Enum::EXACT); }), "Frame not found.");
@@ -52,7 +52,7 @@ TEST_F(Database, ExactMatchComparesInSinglePrecision) {
   EXPECT_EQ(MessageOf([&] { empty.getFrame(0.0, odb_Enum::CLOSEST); }), "Frame not found.");
 }
 
-TEST_F(Database, GetFrameTakesTimesThatGoBackInCreationOrder) {
+TEST_F(OdbFile, GetFrameTakesTimesThatGoBackInCreationOrder) {
   odb_Odb& odb = Odb("", "", "", m_dir.file("a.odb").c_str());
   odb_Step& step = odb.Step("S", "", odb_Enum::TIME, 1.0, "", "", 2.0);
   for (double v : {0.0, 1.0, 0.5, 1.0}) step.Frame(0, v, "");  // times 2, 3, 2.5, 3
@@ -64,7 +64,7 @@ TEST_F(Database, GetFrameTakesTimesThatGoBackInCreationOrder) {
   EXPECT_EQ(odb.getFrame(3.0, odb_Enum::EXACT).frameIndex(), 3);
 }
 
-TEST_F(Database, StepCreatorAndSaveRefuseWithTheirMessages) {
+TEST_F(OdbFile, CreatorsAndSaveRefuseWithTheirMessages) {
   std::string path = m_dir.file("a.odb");
   odb_Odb& odb = Odb("", "", "", path.c_str());
   EXPECT_EQ(MessageOf([&] { odb.Step("S2", "", odb_Enum::TIME, 1.0, "S1", "", 0.0); }),
@@ -72,6 +72,15 @@ TEST_F(Database, StepCreatorAndSaveRefuseWithTheirMessages) {
   odb.Step("S1", "", odb_Enum::TIME, 1.0, "", "", 0.0);
   EXPECT_EQ(MessageOf([&] { odb.Step("S1", "", odb_Enum::TIME, 1.0, "", "", 0.0); }),
             "A Step named \"S1\" already exists.");
+  odb.DiscretePart("P", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
+  const std::string partExists = "A part named \"P\" already exists.";
+  EXPECT_EQ(MessageOf([&] { odb.DiscretePart("P", odb_Enum::TWO_D_PLANAR, odb_Enum::EULERIAN); }),
+            partExists);
+  EXPECT_EQ(MessageOf([&] {
+              odb.parts().DiscretePart("P", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
+            }),
+            partExists)
+      << "the repository's own creator says the same";
   EXPECT_EQ(MessageOf([&] { odb.save(m_dir.file("elsewhere.odb").c_str()); }),
             "ODB not saved. Changing the path is not allowed.");
   EXPECT_FALSE(Exists(m_dir.file("elsewhere.odb")));
@@ -81,7 +90,7 @@ TEST_F(Database, StepCreatorAndSaveRefuseWithTheirMessages) {
   EXPECT_TRUE(openOdb(path.c_str()).steps().isMember("S1"));
 }
 
-TEST_F(Database, UpdateReadsWhatAnotherProcessSaved) {
+TEST_F(OdbFile, UpdateReadsWhatAnotherProcessSaved) {
   std::string path = m_dir.file("a.odb");
   closeOdb(Odb("", "", "", path.c_str()));
   int ready[2], go[2];
@@ -225,7 +234,7 @@ void Writer(const std::string& path, const std::vector<int>& done) {
 
 }  // namespace live
 
-TEST_F(Database, LiveReadersSeeEverySaveWholeWhileAWriterSavesFrames) {
+TEST_F(OdbFile, LiveReadersSeeEverySaveWholeWhileAWriterSavesFrames) {
   const std::string path = m_dir.file("live.odb");
   odb_Odb& odb = Odb("", "", "", path.c_str());
   live::WriteMesh(odb);
@@ -258,7 +267,7 @@ TEST_F(Database, LiveReadersSeeEverySaveWholeWhileAWriterSavesFrames) {
   for (int fd : done) close(fd);
 }
 
-TEST_F(Database, SecondProcessWritingFindsTheLockAndReadsOnly) {
+TEST_F(OdbFile, SecondProcessWritingFindsTheLockAndReadsOnly) {
   std::string path = m_dir.file("a.odb");
   closeOdb(Odb("", "", "", path.c_str()));
   int ready[2], go[2];

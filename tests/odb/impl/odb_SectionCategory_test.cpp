@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "ModelFile.h"
+#include "odb_SectionCategoryData.h"
 #include "odb_SectionCategoryRepository.h"
 #include "odb_SectionPoint.h"
 
@@ -22,7 +23,7 @@ std::vector<int> Numbers(const odb_SectionCategory& category) {
 
 }  // namespace
 
-TEST(SectionPoint, DefaultIsNoPointAndEqualityComparesNumberAndDescription) {
+TEST(SectionCategoryPoint, DefaultIsNoPointAndEqualityComparesNumberAndDescription) {
   const odb_SectionPoint none;
   EXPECT_EQ(none.number(), -1);
   EXPECT_EQ(none.description(), "");
@@ -87,9 +88,9 @@ TEST_F(SectionCategoryFile, SavedCategoriesAndPointsReadBackIdentical) {
   m_categories.SectionCategory("solid < STEEL >", "");
   m_categories.SectionCategory("beam < ALU >", "circle").SectionPoint(1, "");
 
-  odb_SectionCategoryRepository read(SaveAndReopen());
-  read.Load();
-  read.Load();  // a second read adds nothing
+  odb_SectionCategoryRepository read = odb_SectionCategoryRepositoryAccess::Make(SaveAndReopen());
+  odb_SectionCategoryRepositoryAccess::Load(read);
+  odb_SectionCategoryRepositoryAccess::Load(read);  // a second read adds nothing
   ASSERT_EQ(read.size(), 3);
   for (odb_SectionCategoryRepositoryIT it(m_categories); !it.isDone(); it.next()) {
     const odb_SectionCategory& written = it.currentValue();
@@ -102,15 +103,16 @@ TEST_F(SectionCategoryFile, SavedCategoriesAndPointsReadBackIdentical) {
 TEST_F(SectionCategoryFile, ReadOnlyDatabaseRefusesNewCategoriesAndPoints) {
   m_categories.SectionCategory("shell", "").SectionPoint(1, "Bottom");
   std::shared_ptr<store_Database> store = SaveAndReopen();
-  odb_SectionCategoryRepository read(store);
-  read.Load();
+  odb_SectionCategoryRepository read = odb_SectionCategoryRepositoryAccess::Make(store);
+  odb_SectionCategoryRepositoryAccess::Load(read);
   EXPECT_EQ(MessageOf([&] { read.SectionCategory("solid", ""); }), kReadOnly);
   EXPECT_EQ(MessageOf([&] { read["shell"].SectionPoint(2, "Top"); }), kReadOnly);
   // A name the file holds needs no write.
   EXPECT_EQ(read.SectionCategory("shell", "").sectionPoints().size(), 1);
 
-  odb_SectionCategoryRepository again(store_Database::Open(m_path, true));
-  again.Load();
+  odb_SectionCategoryRepository again =
+      odb_SectionCategoryRepositoryAccess::Make(store_Database::Open(m_path, true));
+  odb_SectionCategoryRepositoryAccess::Load(again);
   EXPECT_EQ(again.size(), 1);
   EXPECT_FALSE(again["shell"].hasSectionPoint(2));
 }

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "ModelFile.h"
+#include "odb_SectionData.h"
 #include "odb_SectionRepository.h"
 #include "store_Statement.h"
 
@@ -83,9 +84,9 @@ TEST_F(SectionFile, SavedSectionsReadBackIdentical) {
   m_sections.BeamSection("Rect", "STEEL", "RECT", Dimensions({10.0, -0.0, 1e-300}));
   m_sections.BeamSection("Pipe", "STEEL", "PIPE", Dimensions({5.0, 0.5}));
 
-  odb_SectionRepository read(SaveAndReopen());
-  read.Load();
-  read.Load();  // a second read adds nothing
+  odb_SectionRepository read = odb_SectionRepositoryAccess::Make(SaveAndReopen());
+  odb_SectionRepositoryAccess::Load(read);
+  odb_SectionRepositoryAccess::Load(read);  // a second read adds nothing
   ASSERT_EQ(read.size(), 4);
   for (odb_SectionRepositoryIT it(m_sections); !it.isDone(); it.next()) {
     const odb_Section& written = it.currentValue();
@@ -121,20 +122,21 @@ TEST_F(SectionFile, FileHoldsDimensionsLittleEndianAndUnusedValuesAsNull) {
 TEST_F(SectionFile, DamagedDimensionsAreRefusedOnLoad) {
   m_sections.BeamSection("Beam", "STEEL", "RECT", Dimensions({1.0}));
   m_store->Sql("UPDATE section SET dimensions = x'00000000000000' WHERE name = 'Beam'").Run();
-  odb_SectionRepository read(SaveAndReopen());
-  EXPECT_EQ(MessageOf([&] { read.Load(); }),
+  odb_SectionRepository read = odb_SectionRepositoryAccess::Make(SaveAndReopen());
+  EXPECT_EQ(MessageOf([&] { odb_SectionRepositoryAccess::Load(read); }),
             "The stored dimensions of section \"Beam\" are damaged.");
 }
 
 TEST_F(SectionFile, ReadOnlyDatabaseRefusesNewSections) {
   m_sections.HomogeneousSolidSection("Solid", "STEEL");
-  odb_SectionRepository read(SaveAndReopen());
-  read.Load();
+  odb_SectionRepository read = odb_SectionRepositoryAccess::Make(SaveAndReopen());
+  odb_SectionRepositoryAccess::Load(read);
   EXPECT_EQ(MessageOf([&] { read.HomogeneousShellSection("Shell", "STEEL", 1.0, 5); }), kReadOnly);
   EXPECT_EQ(MessageOf([&] { read.BeamSection("Beam", "STEEL", "CIRC", Dimensions({1.0})); }),
             kReadOnly);
 
-  odb_SectionRepository again(store_Database::Open(m_path, true));
-  again.Load();
+  odb_SectionRepository again =
+      odb_SectionRepositoryAccess::Make(store_Database::Open(m_path, true));
+  odb_SectionRepositoryAccess::Load(again);
   EXPECT_EQ(again.size(), 1);
 }

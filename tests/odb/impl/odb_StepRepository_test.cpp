@@ -8,6 +8,7 @@
 #include <string>
 
 #include "StepFile.h"
+#include "odb_StepRepositoryData.h"
 
 namespace {
 
@@ -22,13 +23,16 @@ TEST_F(StepRepositoryFile, FactoriesCheckNameThenPreviousThenDuplicate) {
             "Previous step \"Missing\" not found.");
   EXPECT_EQ(MessageOf([&] { m_steps.StaticLinearPerturbationStep("Step-1", "", "Step-1"); }),
             "A Step named \"Step-1\" already exists.");
-  EXPECT_EQ(MessageOf([&] { m_steps.AddStep("", "", odb_Enum::TIME, 1, "", "", 0); }),
+  EXPECT_EQ(MessageOf([&] {
+              odb_StepRepositoryAccess::AddStep(m_steps, "", "", odb_Enum::TIME, 1, "", "", 0);
+            }),
             "Invalid step name.");
   EXPECT_EQ(m_steps.size(), 1);
 }
 
 TEST_F(StepRepositoryFile, FactoriesSetProcedureAndStartWherePreviousEnds) {
-  m_steps.AddStep("Step-1", "", odb_Enum::TIME, 2.5, "", "*DYNAMIC", 1.0);
+  odb_StepRepositoryAccess::AddStep(m_steps, "Step-1", "", odb_Enum::TIME, 2.5, "", "*DYNAMIC",
+                                    1.0);
   odb_Step& heat = m_steps.HeatTransferStep("Step-2", "heat", "Step-1");
   EXPECT_EQ(heat.procedure(), "*HEAT TRANSFER");
   EXPECT_EQ(heat.totalTime(), 3.5);

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "StepFile.h"
+#include "odb_StepRepositoryData.h"
 
 namespace {
 
@@ -105,8 +106,8 @@ TEST_F(StepFile, LoadCasesAreCreatedOnceAndFramesNeedAKnownOne) {
 }
 
 TEST_F(StepFile, StepsFramesAndLoadCasesReadBackEqualAfterCommit) {
-  odb_Step& step =
-      m_steps.AddStep("Step-1", "first", odb_Enum::FREQUENCY, 2.5, "Initial", "*FREQUENCY", 4.0);
+  odb_Step& step = odb_StepRepositoryAccess::AddStep(
+      m_steps, "Step-1", "first", odb_Enum::FREQUENCY, 2.5, "Initial", "*FREQUENCY", 4.0);
   step.LoadCase("LC-B");
   step.LoadCase("LC-A");
   step.Frame(7, 0.1, "mode 7");
@@ -114,8 +115,8 @@ TEST_F(StepFile, StepsFramesAndLoadCasesReadBackEqualAfterCommit) {
   NewStep("Step-2");
   m_store->Commit();
 
-  odb_StepRepository reread(store_Database::Open(m_path, true));
-  reread.Load();
+  odb_StepRepository reread = odb_StepRepositoryAccess::Make(store_Database::Open(m_path, true));
+  odb_StepRepositoryAccess::Load(reread);
   ASSERT_EQ(reread.size(), 2);
   EXPECT_EQ(reread.stepNames()[1], "Step-2");
   const odb_Step& back = reread.constGet("Step-1");
@@ -144,8 +145,8 @@ TEST_F(StepFile, FramesAreReadWhenFirstAskedForAndUpdateReadsOnlyNewOnes) {
   written.Frame(1, 0.1, "");
   m_store->Commit();
 
-  odb_StepRepository reader(store_Database::Open(m_path, true));
-  reader.Load();
+  odb_StepRepository reader = odb_StepRepositoryAccess::Make(store_Database::Open(m_path, true));
+  odb_StepRepositoryAccess::Load(reader);
   odb_Step& step = reader.get("Step-1");
   EXPECT_FALSE(step.update());  // nothing read yet, so nothing to bring up to date
   written.Frame(2, 0.2, "");
@@ -156,16 +157,16 @@ TEST_F(StepFile, FramesAreReadWhenFirstAskedForAndUpdateReadsOnlyNewOnes) {
   written.Frame(3, 0.3, "");
   m_store->Commit();
   EXPECT_EQ(step.frames().size(), 2);
-  EXPECT_TRUE(reader.Update());
+  EXPECT_TRUE(odb_StepRepositoryAccess::Update(reader));
   EXPECT_EQ(step.frames().size(), 3);
   EXPECT_EQ(step.frames(2).incrementNumber(), 3);
   EXPECT_FALSE(step.update());
 
   NewStep("Step-2");
   m_store->Commit();
-  EXPECT_TRUE(reader.Update());
+  EXPECT_TRUE(odb_StepRepositoryAccess::Update(reader));
   EXPECT_TRUE(reader.isMember("Step-2"));
-  EXPECT_FALSE(reader.Update());
+  EXPECT_FALSE(odb_StepRepositoryAccess::Update(reader));
 }
 
 TEST_F(StepFile, FrameReferencesKeepTheirFrameAcrossLaterGetsAndCopiesShareFrames) {
@@ -189,14 +190,6 @@ TEST_F(StepFile, FrameReferencesKeepTheirFrameAcrossLaterGetsAndCopiesShareFrame
   EXPECT_NE(a.frameValue(), b.frameValue());
   EXPECT_EQ(viaCopy.frameIndex(), 3);
   EXPECT_EQ(&viaCopy, &frames.get(3)) << "every view of a step hands out the same frame";
-}
-
-TEST(OdbStepCatalogue, FrameNotFoundKeepsItsOddKeyAndText) {
-  using Map = uti_LabelMap<odb_StepEnm, 1>;
-  EXPECT_STREQ(Map::ResourceString(odb_Step_FRAME_NOT_FOUND), "odb_Step_MSGID_04");
-  EXPECT_STREQ(Map::LabelString(odb_Step_FRAME_NOT_FOUND), "Frame not found");
-  EXPECT_EQ(odb_CatalogueMessage(odb_Step_HISTORY_REGION_EXISTS, {"R", "S"}),
-            "A historyRegion named 'R' already exists in step 'S'.");
 }
 
 TEST_F(StepFile, GetFrameInAStepWhoseValuesGoBackBreaksTiesByCreationOrder) {

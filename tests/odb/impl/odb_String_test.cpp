@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(OdbString, EmptyStringAllocatesNothingAndReadsAsEmptyText) {
+TEST(String, EmptyStringAllocatesNothingAndReadsAsEmptyText) {
   odb_String s;
   EXPECT_EQ(s.Cow().Representation(), nullptr);
   EXPECT_EQ(s.Length(), 0u);
@@ -16,7 +16,7 @@ TEST(OdbString, EmptyStringAllocatesNothingAndReadsAsEmptyText) {
   EXPECT_EQ(sizeof(odb_String), sizeof(void*));
 }
 
-TEST(OdbString, CompareIsUnsignedByteOrder) {
+TEST(String, CompareIsUnsignedByteOrder) {
   EXPECT_EQ(odb_String("a").compare("b"), -1);
   EXPECT_EQ(odb_String("ab").compare("a"), 1);
   EXPECT_EQ(odb_String("B").compare("a"), -1);
@@ -24,7 +24,7 @@ TEST(OdbString, CompareIsUnsignedByteOrder) {
   EXPECT_EQ(odb_String("same").compare(odb_String("same")), 0);
 }
 
-TEST(OdbString, CopiesShareUntilWritten) {
+TEST(String, CopiesShareUntilWritten) {
   odb_String a("node");
   odb_String b(a);
   EXPECT_EQ(a.Cow().Representation(), b.Cow().Representation());
@@ -38,7 +38,7 @@ TEST(OdbString, CopiesShareUntilWritten) {
   EXPECT_EQ(a.Cow().Representation()->count, 1);
 }
 
-TEST(OdbString, NumbersInTheirTextForms) {
+TEST(String, NumbersInTheirTextForms) {
   EXPECT_STREQ(odb_String(-42).CStr(), "-42");
   EXPECT_STREQ(odb_String(4000000000u).CStr(), "4000000000");
   EXPECT_STREQ(odb_String(1.5).CStr(), "1.5");
@@ -46,7 +46,7 @@ TEST(OdbString, NumbersInTheirTextForms) {
   EXPECT_EQ(std::stod(odb_String(1.0 / 3.0).CStr()), 1.0 / 3.0) << "round-trips";
 }
 
-TEST(OdbString, AppendForms) {
+TEST(String, AppendForms) {
   odb_String s("ab");
   s += odb_String("cd");
   s += "ef";
@@ -61,7 +61,7 @@ TEST(OdbString, AppendForms) {
   EXPECT_EQ(withNul.Length(), 3u);
 }
 
-TEST(OdbString, FindAndRFind) {
+TEST(String, FindAndRFind) {
   odb_String s("abcabc");
   EXPECT_EQ(s.Find("bc"), 1);
   EXPECT_EQ(s.Find("bc", 2), 4);
@@ -74,7 +74,7 @@ TEST(OdbString, FindAndRFind) {
   EXPECT_EQ(s.RFind(odb_String("x")), cow_String::npos);
 }
 
-TEST(OdbString, EraseRangesAndAll) {
+TEST(String, EraseRangesAndAll) {
   odb_String s("abcdef");
   odb_String kept(s);
   s.Erase(1, 2);
@@ -86,14 +86,6 @@ TEST(OdbString, EraseRangesAndAll) {
   s.Erase();
   EXPECT_TRUE(s.Empty());
   EXPECT_STREQ(kept.CStr(), "abcdef");
-}
-
-TEST(CowString, SubstituteReplacesPlaceholders) {
-  cow_String s("%1$s and %1$s, %s");
-  EXPECT_EQ(s.Substitute("%1$s", "x"), 2);
-  EXPECT_EQ(s.Substitute("%s", "y", false), 1);
-  EXPECT_STREQ(s.CStr(), "x and x, y");
-  EXPECT_EQ(s.Substitute("%9$s", "z"), 0);
 }
 
 }  // namespace

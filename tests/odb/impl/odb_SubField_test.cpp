@@ -12,7 +12,7 @@
 // Files whose field rows were edited behind the library's back, as another program or a damaged
 // disk could leave them: the reader refuses each bad sub-field with its own message and still
 // reads the good ones.
-class StoredBlocks : public FieldFile {
+class SubField : public FieldFile {
  protected:
   // Saves and closes the file, runs `sql` on it, and opens it again read-only.
   void Damage(const std::string& sql) {
@@ -62,7 +62,7 @@ class StoredBlocks : public FieldFile {
   }
 };
 
-TEST_F(StoredBlocks, BlocksThatNameNoInstanceOfTheAssemblyAreRefusedByEachView) {
+TEST_F(SubField, BlocksThatNameNoInstanceOfTheAssemblyAreRefusedByEachView) {
   WriteDisplacements();
   Damage("UPDATE field_block SET instance = ''" + Block("U", 0) + ";");
   const odb_FieldOutput& u = Field("U");
@@ -83,7 +83,7 @@ TEST_F(StoredBlocks, BlocksThatNameNoInstanceOfTheAssemblyAreRefusedByEachView) 
   EXPECT_FLOAT_EQ(u.bulkDataBlocks()[1].data()[3], 100);
 }
 
-TEST_F(StoredBlocks, BlocksThatNameAnInstanceTheAssemblyLacksAreRefused) {
+TEST_F(SubField, BlocksThatNameAnInstanceTheAssemblyLacksAreRefused) {
   WriteDisplacements();
   Damage("UPDATE field_block SET instance = 'GONE'" + Block("U", 1) + ";");
   const odb_FieldOutput u = Field("U");
@@ -95,7 +95,7 @@ TEST_F(StoredBlocks, BlocksThatNameAnInstanceTheAssemblyLacksAreRefused) {
   EXPECT_EQ(u.values()[3].nodeLabel(), 4);
 }
 
-TEST_F(StoredBlocks, FieldTypesTheReaderCannotTurnIntoValuesAreRefused) {
+TEST_F(SubField, FieldTypesTheReaderCannotTurnIntoValuesAreRefused) {
   for (const char* name : {"Q", "I", "X", "T"})
     m_frame.FieldOutput(name, "", odb_Enum::SCALAR)
         .addData(odb_Enum::NODAL, *m_instance, Ints({1, 2}), Table(2, 1));
@@ -114,7 +114,7 @@ TEST_F(StoredBlocks, FieldTypesTheReaderCannotTurnIntoValuesAreRefused) {
   EXPECT_EQ(Field("Q").locations().size(), 1);  // where data are is still known
 }
 
-TEST_F(StoredBlocks, WidthsThatDisagreeWithTheFieldTypeAreRefused) {
+TEST_F(SubField, WidthsThatDisagreeWithTheFieldTypeAreRefused) {
   m_frame.FieldOutput("P", "", odb_Enum::SCALAR)
       .addData(odb_Enum::NODAL, *m_instance, Ints({1}), Table(1, 1));
   m_frame.VectorOutput("U", "", 3).addData(odb_Enum::NODAL, *m_instance, Ints({1}), Table(1, 3));
@@ -146,7 +146,7 @@ TEST_F(StoredBlocks, WidthsThatDisagreeWithTheFieldTypeAreRefused) {
   EXPECT_FLOAT_EQ(stress.values()[2].data()[5], 5);
 }
 
-TEST_F(StoredBlocks, ArraysThatDisagreeWithTheirBlockGiveTheComposedLengthMessage) {
+TEST_F(SubField, ArraysThatDisagreeWithTheirBlockGiveTheComposedLengthMessage) {
   WriteDisplacements();
   odb_FieldOutput& s = m_frame.FieldOutput("S", "", odb_Enum::TENSOR_3D_FULL);
   s.addData(odb_Enum::INTEGRATION_POINT, *m_instance, Ints({1}), Table(8, 6));
@@ -189,7 +189,7 @@ TEST_F(StoredBlocks, ArraysThatDisagreeWithTheirBlockGiveTheComposedLengthMessag
   EXPECT_EQ(stress.bulkDataBlocks().size(), 4);
 }
 
-TEST_F(StoredBlocks, TensorsStoredInDoublePrecisionAreRefused) {
+TEST_F(SubField, TensorsStoredInDoublePrecisionAreRefused) {
   odb_FieldOutput& s = m_frame.FieldOutput("S", "", odb_Enum::TENSOR_2D_PLANAR);
   s.addData(odb_Enum::CENTROID, *m_instance, Ints({1, 2}), Table(2, 3));
   s.addData(odb_Enum::CENTROID, *m_instance, Ints({3}), Table(1, 3));
@@ -204,7 +204,7 @@ TEST_F(StoredBlocks, TensorsStoredInDoublePrecisionAreRefused) {
   EXPECT_FLOAT_EQ(Field("S").values()[2].data()[1], 1);
 }
 
-TEST_F(StoredBlocks, ComplexTensorsWithPartsInTwoPrecisionsAreRefused) {
+TEST_F(SubField, ComplexTensorsWithPartsInTwoPrecisionsAreRefused) {
   odb_FieldOutput& c = m_frame.FieldOutput("C", "", odb_Enum::TENSOR_2D_PLANAR);
   c.addData(odb_Enum::CENTROID, *m_instance, Ints({1, 2}), Table(2, 3), odb_SectionPoint(),
             odb_SequenceSequenceFloat(), Table(2, 3));
@@ -218,7 +218,7 @@ TEST_F(StoredBlocks, ComplexTensorsWithPartsInTwoPrecisionsAreRefused) {
   EXPECT_EQ(MessageOf([&] { Field("C").values()[0]; }), "Double tensor data expected.");
 }
 
-TEST_F(StoredBlocks, SectionPointsTheElementsDoNotDefineAreRefused) {
+TEST_F(SubField, SectionPointsTheElementsDoNotDefineAreRefused) {
   odb_FieldOutput& s = m_frame.FieldOutput("S", "", odb_Enum::TENSOR_3D_FULL);
   s.addData(odb_Enum::CENTROID, *m_instance, Ints({4}), Table(1, 6), odb_SectionPoint(1, "Bottom"));
   s.addData(odb_Enum::CENTROID, *m_instance, Ints({5}), Table(1, 6), odb_SectionPoint(2, "Top"));
@@ -234,7 +234,7 @@ TEST_F(StoredBlocks, SectionPointsTheElementsDoNotDefineAreRefused) {
   EXPECT_EQ(stress.values()[3].sectionPoint().description(), odb_String("Bottom"));
 }
 
-TEST_F(StoredBlocks, SubFieldsWithoutAStoredGroupRefuseTheirSetAndIndices) {
+TEST_F(SubField, SubFieldsWithoutAStoredGroupRefuseTheirSetAndIndices) {
   odb_FieldOutput& s = m_frame.FieldOutput("S", "", odb_Enum::TENSOR_3D_FULL);
   s.addData(odb_Enum::INTEGRATION_POINT, *m_instance, Ints({1}), Table(8, 6));
   odb_SequenceElementFace faces;

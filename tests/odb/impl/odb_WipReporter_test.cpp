@@ -2,15 +2,21 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <sstream>
 #include <string>
-#include <thread>
 
 #include "AssertRecorder.h"
 #include "odb_Exception.h"
 #include "thr_ThreadSingleton.h"
 
 namespace {
+
+odb_SequenceString Texts(std::initializer_list<const char*> texts) {
+  odb_SequenceString list;
+  for (const char* t : texts) list.append(t);
+  return list;
+}
 
 // Restores the process-wide progress switch that a test flips.
 class ProgressSwitch {
@@ -28,7 +34,7 @@ TEST(WipReporter, ErrorLineIsWrittenBeforeTheExceptionLeaves) {
   std::ostringstream out;
   odb_WipReporter reporter(out);
   try {
-    reporter.Error(std::vector<odb_String>{"first", "second"});
+    reporter.Error(Texts({"first", "second"}));
     FAIL() << "Error returned";
   } catch (const odb_Exception& e) {
     EXPECT_EQ(out.str(), "ERROR: first\n");
@@ -54,7 +60,7 @@ TEST(WipReporter, LandmarkOnlyWhileProgressIsOnWarningsAlways) {
   reporter.Warning("w1");
   odb_WipReporter::GenerateWipMessages(true);
   reporter.Landmark("shown");
-  reporter.Warning(std::vector<odb_String>{"w2", "ignored"});
+  reporter.Warning(Texts({"w2", "ignored"}));
   EXPECT_EQ(out.str(), "Warning: w1\nLandmark: shown\nWarning: w2\n");
 
   reporter.SetOutput(odb_WipReporter::WARNING_LINES, false);
@@ -70,7 +76,7 @@ TEST(WipReporter, UnimplementedOperationsReportTheirAssertions) {
   AssertRecorder recorder;
   reporter.Verbose("v");
   reporter.Print("p");
-  reporter.Print(std::vector<odb_String>{"p"});
+  reporter.Print(Texts({"p"}));
   EXPECT_FALSE(reporter.Interrupted());
   reporter.CommandDone();
   reporter.InterruptedThrow();
@@ -93,58 +99,4 @@ TEST(WipReporter, UnimplementedOperationsReportTheirAssertions) {
   reporter.Verbose("v");
   reporter.Print("p");
   EXPECT_EQ(recorder.fired().size(), 6u);
-}
-
-TEST(WipFrontEnd, ForwardsToTheReporterOfItsOwnThreadOnly) {
-  std::ostringstream out;
-  odb_WipReporter reporter(out);
-  wip_WIP& wip = thr_ThreadSingleton<wip_WIP>::Instance();
-  ASSERT_EQ(wip.Install(&reporter), nullptr);
-  wip.Warning("here");
-  std::thread other([] {
-    // This thread has no reporter: its warnings are dropped, but an error still throws.
-    wip_WIP& own = thr_ThreadSingleton<wip_WIP>::Instance();
-    EXPECT_EQ(own.Reporter(), nullptr);
-    own.Warning("elsewhere");
-    try {
-      own.Error("unheard");
-      ADD_FAILURE() << "an error without a reporter returned";
-    } catch (const odb_Exception& e) {
-      EXPECT_STREQ(e.JournalMessage().CStr(), "unheard");
-    }
-  });
-  other.join();
-  EXPECT_THROW(wip.Error("stop"), odb_Exception);
-  EXPECT_EQ(wip.Uninstall(), &reporter);
-  wip.Warning("after");
-  EXPECT_EQ(out.str(), "Warning: here\nERROR: stop\n");
-}
-
-// A program's own reporter that writes errors down and returns: the error must still end the
-// operation.
-class ListeningReporter : public wip_WipReporter {
- public:
-  void Error(const odb_String& text) override { errors.push_back(text); }
-  void Error(const std::vector<odb_String>& texts) override { Error(texts.at(0)); }
-  void Warning(const odb_String&) override {}
-  void Warning(const std::vector<odb_String>&) override {}
-  void Landmark(const odb_String&) override {}
-  void Verbose(const odb_String&) override {}
-  void Print(const odb_String&) override {}
-  void Print(const std::vector<odb_String>&) override {}
-  bool Interrupted() override { return false; }
-  void CommandDone() override {}
-  void InterruptedThrow() override {}
-
-  std::vector<odb_String> errors;
-};
-
-TEST(WipFrontEnd, ErrorThrowsWhenTheInstalledReporterReturns) {
-  ListeningReporter reporter;
-  wip_WIP& wip = thr_ThreadSingleton<wip_WIP>::Instance();
-  wip_WipReporter* previous = wip.Install(&reporter);
-  EXPECT_THROW(wip.Error(std::vector<odb_String>{"first", "second"}), odb_Exception);
-  wip.Install(previous);
-  ASSERT_EQ(reporter.errors.size(), 1u);
-  EXPECT_STREQ(reporter.errors[0].CStr(), "first");
 }

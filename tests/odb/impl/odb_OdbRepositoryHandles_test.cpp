@@ -18,14 +18,14 @@ namespace {
 const std::string kReadOnly = "The database is read-only: cannot write.";
 const std::string kClosed = "The database is closed.";
 
-class Handles : public FieldFile {
+class OdbRepositoryHandles : public FieldFile {
  protected:
   void ExpectEveryWriteRefused(odb_Odb& readOnly, const std::string& tag);
 };
 
 // Every kind of write, through a read-only name of the file that m_odb writes, is refused with
 // the store's text; `tag` keeps the names of two rounds apart.
-void Handles::ExpectEveryWriteRefused(odb_Odb& readOnly, const std::string& tag) {
+void OdbRepositoryHandles::ExpectEveryWriteRefused(odb_Odb& readOnly, const std::string& tag) {
   ASSERT_TRUE(readOnly.isReadOnly());
   odb_Step& step = readOnly.steps()["LOAD"];
   EXPECT_EQ(MessageOf([&] { step.Frame(2, 0.75, tag.c_str()); }), kReadOnly);
@@ -53,7 +53,7 @@ void Handles::ExpectEveryWriteRefused(odb_Odb& readOnly, const std::string& tag)
             "(nothing thrown)");
 }
 
-TEST_F(Handles, ReadOnlyNameOfAFileThisProcessWritesNeverWrites) {
+TEST_F(OdbRepositoryHandles, ReadOnlyNameOfAFileThisProcessWritesNeverWrites) {
   saveOdb(*m_odb);
   odb_Odb& second = openOdb("second", m_path.c_str(), false);
   EXPECT_NE(TakeWarnings().find("lock file"), std::string::npos);
@@ -84,7 +84,7 @@ TEST_F(Handles, ReadOnlyNameOfAFileThisProcessWritesNeverWrites) {
   EXPECT_EQ(back.steps()["LOAD"].historyRegions().size(), 0);
 }
 
-TEST_F(Handles, ClosedDatabaseAnswersItsIdentityAndThrowsForTheRest) {
+TEST_F(OdbRepositoryHandles, ClosedDatabaseAnswersItsIdentityAndThrowsForTheRest) {
   odb_Step step = m_odb->steps()["LOAD"];  // a copy: references into the database end with it
   saveOdb(*m_odb);
   odb_Odb& odb = *m_odb;
@@ -137,7 +137,7 @@ bool ReadsTheResults(const std::string& path) {
   }
 }
 
-TEST_F(Handles, ArchivedFileReadsFromAFolderNobodyCanWriteAndLeavesNothingThere) {
+TEST_F(OdbRepositoryHandles, ArchivedFileReadsFromAFolderNobodyCanWriteAndLeavesNothingThere) {
   m_frame.FieldOutput("U", "", odb_Enum::SCALAR)
       .addData(odb_Enum::NODAL, *m_instance, Ints({1, 2}), Table(2, 1));
   saveOdb(*m_odb);

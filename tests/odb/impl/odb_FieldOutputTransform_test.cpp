@@ -14,7 +14,7 @@ const double kPi = 3.141592653589793;
 // (0, 1, 1); node 10 at the origin, 21 at (1, 0, 0), 22 at (0, 1, 0), 23 at (1, 1, 0); a C3D8
 // cube (element 1, nodes 31..38) filling x 3..4, y 0..1, z 0..1; an S4R shell (element 2) on
 // 10, 21, 23, 22.
-class FieldTransform : public MeshFile {
+class FieldOutputTransform : public MeshFile {
  protected:
   void SetUp() override {
     MeshFile::SetUp();
@@ -96,7 +96,7 @@ class FieldTransform : public MeshFile {
 
 }  // namespace
 
-TEST_F(FieldTransform, CylindricalAndSphericalSystemsGiveComponentsAtEachValue) {
+TEST_F(FieldOutputTransform, CylindricalAndSphericalSystemsGiveComponentsAtEachValue) {
   // At ring node k: 1 radial, 2 hoop, 5 axial, and a conjugate part of 3 radial.
   odb_SequenceInt ring;
   odb_SequenceSequenceFloat rows, conjugate;
@@ -145,7 +145,7 @@ TEST_F(FieldTransform, CylindricalAndSphericalSystemsGiveComponentsAtEachValue) 
   }
 }
 
-TEST_F(FieldTransform, RectangularSystemsTurnTensorsAndProjectOntoShells) {
+TEST_F(FieldOutputTransform, RectangularSystemsTurnTensorsAndProjectOntoShells) {
   const double c = std::cos(kPi / 6), s = std::sin(kPi / 6);
   const odb_DatumCsys& turned = m_assembly->DatumCsys("TURNED", odb_Enum::RECTANGULAR, Xyz(0, 0, 0),
                                                       Xyz(c, s, 0), Xyz(-s, c, 0));
@@ -162,7 +162,7 @@ TEST_F(FieldTransform, RectangularSystemsTurnTensorsAndProjectOntoShells) {
   Expect(membrane.getTransformedField(tilted).values()[0].data(), {2, 1, -0.5});
 }
 
-TEST_F(FieldTransform, TwoDimensionalValuesNeedAThirdAxisNormalToTheModel) {
+TEST_F(FieldOutputTransform, TwoDimensionalValuesNeedAThirdAxisNormalToTheModel) {
   odb_DiscretePart& plane =
       m_odb->DiscretePart("PLANE", odb_Enum::TWO_D_PLANAR, odb_Enum::DEFORMABLE_BODY);
   plane.addNodes(Ints({1, 2, 3, 4}), Points({{0, 0}, {1, 0}, {1, 1}, {0, 1}}));
@@ -193,7 +193,7 @@ TEST_F(FieldTransform, TwoDimensionalValuesNeedAThirdAxisNormalToTheModel) {
          {1, std::sqrt(2.0), -std::sqrt(2.0)});
 }
 
-TEST_F(FieldTransform, DynamicSystemsMoveWithTheirNodes) {
+TEST_F(FieldOutputTransform, DynamicSystemsMoveWithTheirNodes) {
   // Nodes 21 and 22 swing a quarter turn about node 10: the three-node system turns with them.
   odb_FieldOutput& u =
       Displacements("U", {21, 22, 1, 3, 5},
@@ -215,7 +215,7 @@ TEST_F(FieldTransform, DynamicSystemsMoveWithTheirNodes) {
   Expect(v.getTransformedField(node, u, ur).values()[0].data(), {2, -1, 3});
 }
 
-TEST_F(FieldTransform, DeformationAndRotationFieldsAreChecked) {
+TEST_F(FieldOutputTransform, DeformationAndRotationFieldsAreChecked) {
   odb_FieldOutput& u = Displacements("U", {}, {});
   odb_FieldOutput& v = Nodal("V", Ints({10}), Points({{1, 2, 3}}));
   const odb_DatumCsys& three =

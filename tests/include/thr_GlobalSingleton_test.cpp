@@ -27,7 +27,7 @@ class Registry : public thr_GlobalSingleton<Registry> {
 
 }  // namespace
 
-TEST(GlobalSingleton, CreatedOnceWhenEightThreadsRace) {
+TEST(ThrGlobalSingleton, CreatedOnceWhenEightThreadsRace) {
   g_constructed = 0;
   std::atomic<bool> go{false};
   std::vector<Registry*> seen(8, nullptr);
@@ -54,7 +54,7 @@ TEST(GlobalSingleton, CreatedOnceWhenEightThreadsRace) {
   Registry::Destroy();
 }
 
-TEST(GlobalSingleton, SecondObjectIsReportedAndNeverRegistered) {
+TEST(ThrGlobalSingleton, SecondObjectIsReportedAndNeverRegistered) {
   AssertRecorder recorder;
   Registry& first = Registry::Instance();
   {

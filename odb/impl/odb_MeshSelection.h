@@ -2,12 +2,16 @@
 // of positions with a window on it.
 //
 // The list is shared between copies and slices (copying and slicing are O(1)); appending makes
-// a private list first. Used by odb_SequenceNode and odb_SequenceElement. One thread at a time.
+// a private list first. Used by odb_SequenceNode and odb_SequenceElement, which the
+// implementation makes through their Access below; internal. One thread at a time.
 #ifndef ODB_MESHSELECTION_H
 #define ODB_MESHSELECTION_H
 
 #include <memory>
 #include <vector>
+
+#include "odb_SequenceElement.h"
+#include "odb_SequenceNode.h"
 
 struct odb_MeshData;
 
@@ -41,6 +45,29 @@ class odb_MeshSelection {
   std::shared_ptr<const std::vector<int>> m_positions;  // null: positions begin..end-1
   int m_begin = 0;
   int m_end = 0;
+};
+
+// Make node and element sequences over a mesh and reach what they hold, for the implementation.
+struct odb_SequenceNodeAccess {
+  // All nodes of a mesh, or those at `positions` (0-based, in that order).
+  static odb_SequenceNode Make(std::shared_ptr<odb_MeshData> mesh);
+  static odb_SequenceNode Make(std::shared_ptr<odb_MeshData> mesh, std::vector<int> positions);
+  static const std::shared_ptr<odb_MeshData>& Mesh(const odb_SequenceNode& nodes) {
+    return nodes.mesh();
+  }
+  static int PositionAt(const odb_SequenceNode& nodes, int i) { return nodes.PositionAt(i); }
+};
+
+struct odb_SequenceElementAccess {
+  // All elements of a mesh, or those at `positions` (0-based, in that order).
+  static odb_SequenceElement Make(std::shared_ptr<odb_MeshData> mesh);
+  static odb_SequenceElement Make(std::shared_ptr<odb_MeshData> mesh, std::vector<int> positions);
+  static const std::shared_ptr<odb_MeshData>& Mesh(const odb_SequenceElement& elements) {
+    return elements.mesh();
+  }
+  static int PositionAt(const odb_SequenceElement& elements, int i) {
+    return elements.PositionAt(i);
+  }
 };
 
 #endif
