@@ -38,6 +38,7 @@
 #include "odb_Initialize.h"
 #include "odb_Instance.h"
 #include "odb_LoadCase.h"
+#include "odb_MathUtil.h"
 #include "odb_Material.h"
 #include "odb_MaterialRepository.h"
 #include "odb_Mesh.h"

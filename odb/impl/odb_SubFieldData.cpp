@@ -134,6 +134,43 @@ void odb_SubFieldData::ReadInto(Part part, void* out) {
   }
 }
 
+const float* odb_SubFieldData::Floats(Part part, odb_Run<float>& scratch) {
+  if (unread.empty()) return part == Part::DATA ? data.data() : conjugate.data();
+  scratch.Resize(Locations() * width);
+  ReadInto(part, scratch.data());
+  return scratch.data();
+}
+
+void odb_SubFieldData::CopyLabels(odb_Run<int>& into) {
+  if (unread.empty()) return into.Assign(labels.data(), labels.size());
+  into.Resize(LabelCount());
+  ReadInto(Part::LABELS, into.data());
+}
+
+std::shared_ptr<odb_SubFieldData> odb_SubFieldData::SameLocations(int dataWidth,
+                                                                  bool orientations) {
+  auto out = SameIdentity(*this);
+  CopyLabels(out->labels);
+  if (ownLocations) {
+    odb_Run<int> nodes, points;
+    nodes.Assign(NodeLabels().data(), NodeLabels().size());
+    points.Assign(IntegrationPoints().data(), IntegrationPoints().size());
+    out->SetLocations(std::move(nodes), std::move(points));
+  }
+  if (!orientations) out->orientationWidth = 0;
+  if (orientations && orientationWidth) {
+    out->orientation.Resize(Locations() * orientationWidth);
+    if (unread.empty())
+      out->orientation.Assign(orientation.data(), out->orientation.size());
+    else
+      ReadInto(Part::ORIENTATION, out->orientation.data());
+  }
+  out->subsetIndices = subsetIndices;
+  out->width = dataWidth;
+  out->data.Resize(Locations() * dataWidth);
+  return out;
+}
+
 void odb_SubFieldData::Check(const odb_String& field, int fieldWidth, bool instanceKnown) {
   auto fault = [this](odb_SubFieldEnm code, const odb_String& argument) {
     m_faulty = true;
@@ -315,6 +352,7 @@ void odb_SubFieldData::Load() {
 
 void odb_SubFieldData::SetLocations(odb_Run<int> nodeLabels, odb_Run<int> integrationPoints) {
   perLabel = 1;
+  ownLocations = true;
   m_nodeLabels = std::move(nodeLabels);
   m_integrationPoints = std::move(integrationPoints);
   m_nodeLabelsBuilt = m_pointsBuilt = true;

@@ -110,6 +110,8 @@ struct odb_SubFieldData {
   // Set when each location was derived from several stored ones (extrapolation), so that no
   // location has a position in a stored sub-field.
   bool derived = false;
+  // Set by SetLocations: the locations are listed one by one rather than `perLabel` per label.
+  bool ownLocations = false;
 
   // A stored sub-field whose identity is that of block `b`, of a field of `type`; no blocks yet.
   static std::shared_ptr<odb_SubFieldData> FromBlock(const store_FieldBlockRecord& b,
@@ -147,6 +149,16 @@ struct odb_SubFieldData {
   // for the blocks it has not read, which it does not keep. Refuses a faulty sub-field as bulk
   // data does, and a block whose arrays disagree with its count, before writing anything.
   void ReadInto(Part part, void* out);
+
+  // The floats of DATA or CONJUGATE without keeping them: the sub-field's own array when it
+  // holds them all, else read from the file into `scratch`, which must outlive their use.
+  const float* Floats(Part part, odb_Run<float>& scratch);
+  // The labels as stored (LabelCount() of them) into `into`, without keeping them.
+  void CopyLabels(odb_Run<int>& into);
+  // A sub-field in memory at the same locations: identity, labels, locations listed one by one,
+  // subset indices and, when `orientations`, orientations of this one, with room for `width`
+  // floats per location (none filled). Reads the labels and orientations only.
+  std::shared_ptr<odb_SubFieldData> SameLocations(int width, bool orientations);
 
   // Makes the sub-field carry its location labels itself, one label per location (subsets and
   // extrapolated fields, whose locations need not be whole elements): `labels` must then hold

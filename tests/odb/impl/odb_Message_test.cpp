@@ -40,8 +40,10 @@ TEST(MessageCatalogues, EveryCatalogueMatchesItsStoredDump) {
   Dump<odb_HistoryRegionPersEnm>("odb_HistoryRegionPersEnm", out);
   Dump<odb_InstanceEnm>("odb_InstanceEnm", out);
   Dump<odb_MaterialEnm>("odb_MaterialEnm", out);
+  Dump<odb_MathUtilEnm>("odb_MathUtilEnm", out);
   Dump<odb_MeshEnm>("odb_MeshEnm", out);
   Dump<odb_MeshListEnm>("odb_MeshListEnm", out);
+  Dump<odb_MessageTextEnm>("odb_MessageTextEnm", out);
   Dump<odb_OdbEnm>("odb_OdbEnm", out);
   Dump<odb_OdbRepositoryEnm>("odb_OdbRepositoryEnm", out);
   Dump<odb_SectionCategoryEnm>("odb_SectionCategoryEnm", out);
