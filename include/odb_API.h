@@ -24,6 +24,7 @@
 #include "odb_Element.h"
 #include "odb_Enum.h"
 #include "odb_EnumMap.h"
+#include "odb_Envelope.h"
 #include "odb_Exception.h"
 #include "odb_Exceptions.h"
 #include "odb_FieldBulkData.h"

@@ -31,6 +31,7 @@ TEST(MessageCatalogues, EveryCatalogueMatchesItsStoredDump) {
   Dump<odb_AssemblyEnm>("odb_AssemblyEnm", out);
   Dump<odb_DatumCsysEnm>("odb_DatumCsysEnm", out);
   Dump<odb_DiscretePartEnm>("odb_DiscretePartEnm", out);
+  Dump<odb_EnvelopeEnm>("odb_EnvelopeEnm", out);
   Dump<odb_ExceptionsEnm>("odb_ExceptionsEnm", out);
   Dump<odb_FieldOutputEnm>("odb_FieldOutputEnm", out);
   Dump<odb_FrameEnm>("odb_FrameEnm", out);
