@@ -4,7 +4,9 @@
 // errno, which is what lets its loop vectorise, and the check reports it anyway.
 #include "store_FieldMath.h"
 
+#include <array>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -241,6 +243,122 @@ store_MathFault store_MathComplexFunction(int code, const float* re, const float
     default:
       return store_MathFault::INVALID;
   }
+}
+
+namespace {
+
+// The links of a chain that two at a time make one loop the compiler vectorises: a pair of them
+// costs what one costs, where two loops would write and read the values twice.
+enum PairLink { NEGATE, ABSOLUTE, ROOT, TIMES, OVER, MINUS, FROM, PLUS, INTO, kPairLinks };
+
+// The link's kind, or -1 for one that runs on its own (the transcendental functions, power).
+int PairKind(const store_MathOp& op) {
+  if (op.shape == store_MathOp::FUNCTION) {
+    switch (op.code) {
+      case 2: return NEGATE;
+      case 5: return ABSOLUTE;
+      case 16: return TIMES;  // by kDegree
+      case 17: return OVER;   // by kDegree
+      case 22: return ROOT;
+      default: return -1;
+    }
+  }
+  const bool right = op.shape == store_MathOp::ARRAY_FLOAT;
+  switch (op.code) {
+    case 0: return TIMES;
+    case 1: return right ? OVER : INTO;
+    case 2: return right ? MINUS : FROM;
+    case 3: return PLUS;
+    default: return -1;
+  }
+}
+
+// The float a link of kind `kind` uses.
+float PairFloat(const store_MathOp& op) {
+  return op.shape == store_MathOp::FUNCTION && (op.code == 16 || op.code == 17) ? kDegree : op.s;
+}
+
+// One value through a link; `bad` records its domain fault (a negative root, a zero divisor).
+template <int K>
+inline float Through(float v, float s, int& bad) {
+  if constexpr (K == NEGATE) return -v;
+  if constexpr (K == ABSOLUTE) return std::fabs(v);
+  if constexpr (K == ROOT) {
+    bad |= v < 0.0f ? 1 : 0;
+    return std::sqrt(v);
+  }
+  if constexpr (K == TIMES) return v * s;
+  if constexpr (K == OVER) return v / s;
+  if constexpr (K == MINUS) return v - s;
+  if constexpr (K == FROM) return s - v;
+  if constexpr (K == PLUS) return v + s;
+  if constexpr (K == INTO) {
+    bad |= v == 0.0f ? 1 : 0;
+    return s / v;
+  }
+  return v;
+}
+
+store_MathFault PairFault(int kind, float s, int bad) {
+  if (kind == ROOT && bad) return store_MathFault::NEGATIVE;
+  if ((kind == INTO && bad) || (kind == OVER && s == 0.0f)) return store_MathFault::ZERO_DIVISOR;
+  return store_MathFault::NONE;
+}
+
+using PairLoop = store_MathFault (*)(const float*, float*, std::size_t, float, float);
+
+template <int A, int B>
+store_MathFault Pair(const float* in, float* out, std::size_t n, float a, float b) {
+  int badA = 0, badB = 0;
+  for (std::size_t i = 0; i < n; ++i) out[i] = Through<B>(Through<A>(in[i], a, badA), b, badB);
+  const store_MathFault first = PairFault(A, a, badA);
+  return first != store_MathFault::NONE ? first : PairFault(B, b, badB);
+}
+
+template <int A, std::size_t... B>
+constexpr std::array<PairLoop, kPairLinks> PairRow(std::index_sequence<B...>) {
+  return {&Pair<A, int(B)>...};
+}
+
+template <std::size_t... A>
+constexpr std::array<std::array<PairLoop, kPairLinks>, kPairLinks> PairTable(
+    std::index_sequence<A...>) {
+  return {PairRow<int(A)>(std::make_index_sequence<kPairLinks>())...};
+}
+
+constexpr auto kPairs = PairTable(std::make_index_sequence<kPairLinks>());
+
+store_MathFault Link(const store_MathOp& op, const float* from, float* to, std::size_t n) {
+  return op.shape == store_MathOp::FUNCTION ? store_MathFunction(op.code, from, to, n)
+         : op.shape == store_MathOp::ARRAY_FLOAT
+             ? store_MathArrayFloat(op.code, from, op.s, to, n)
+             : store_MathFloatArray(op.code, op.s, from, to, n);
+}
+
+}  // namespace
+
+store_MathFault store_MathChain(const float* in, float* out, std::size_t n, const store_MathOp* ops,
+                                std::size_t count) {
+  // Small enough that a chunk stays in the first-level cache from one link to the next.
+  constexpr std::size_t kChunk = 2048;
+  store_MathFault first = store_MathFault::NONE;
+  for (std::size_t at = 0; at < n; at += kChunk) {
+    const std::size_t m = n - at < kChunk ? n - at : kChunk;
+    for (std::size_t k = 0; k < count;) {
+      const float* from = k == 0 ? in + at : out + at;
+      const int a = PairKind(ops[k]), b = k + 1 < count ? PairKind(ops[k + 1]) : -1;
+      store_MathFault fault;
+      if (a >= 0 && b >= 0) {
+        fault = kPairs[a][b](from, out + at, m, PairFloat(ops[k]), PairFloat(ops[k + 1]));
+        k += 2;
+      } else {
+        fault = Link(ops[k], from, out + at, m);
+        k += 1;
+      }
+      if (first == store_MathFault::NONE) first = fault;
+    }
+  }
+  return first;
 }
 
 void store_MathTranspose(const float* a, int rows, int columns, float* out, std::size_t count) {

@@ -49,6 +49,19 @@ store_MathFault store_MathFunction(int code, const float* a, float* out, std::si
 // complexImag (9); `im` nullptr reads as 0.
 store_MathFault store_MathComplexFunction(int code, const float* re, const float* im, float* out,
                                           std::size_t n);
+// One step of a chain: a real function (`shape` FUNCTION, code as store_MathFunction), or an
+// operation with a float `s` on the right (ARRAY_FLOAT) or on the left (FLOAT_ARRAY).
+struct store_MathOp {
+  enum Shape { FUNCTION, ARRAY_FLOAT, FLOAT_ARRAY } shape = FUNCTION;
+  int code = 0;
+  float s = 0.0f;
+};
+// out = ops[count-1](... ops[0](in)), run over chunks small enough to stay in the first-level
+// cache, so that a chain costs one pass over memory; the first fault met is returned (the
+// chunks after it are still computed). `out` may be `in`.
+store_MathFault store_MathChain(const float* in, float* out, std::size_t n, const store_MathOp* ops,
+                                std::size_t count);
+
 // Each of `count` matrices of `rows` x `columns` floats (row-major) transposed into `out` (not
 // `a`): columns x rows.
 void store_MathTranspose(const float* a, int rows, int columns, float* out, std::size_t count);

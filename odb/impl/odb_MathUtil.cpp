@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "odb_EnumMap.h"
 #include "odb_FieldData.h"
@@ -77,6 +78,7 @@ struct odb_MathStep {
   int code = 0;
   odb_MathShape shape = odb_MathShape::FIELD;
   odb_SubFieldData* a = nullptr;  // the field operand (the only one for FLOAT_FIELD and FIELD)
+  std::shared_ptr<odb_SubFieldData> aShared;  // the same, shared
   odb_SubFieldData* b = nullptr;  // the second field of FIELD_FIELD
   float s = 0.0f;                 // the float of FIELD_FLOAT and FLOAT_FIELD
   int rows = 0, columns = 0;      // of matrices, for transpose
@@ -204,10 +206,75 @@ void CheckPair(odb_SubFieldData& a, odb_SubFieldData& b, const odb_SubFieldData&
   if (!same) Fail(odb_MessageText_INCOMPATIBLE_FIELDS, {}, __LINE__);
 }
 
+// The step of a real operation with a float or of a real function as a link of a chain; false
+// for the others (two fields, complex functions, transpose).
+bool AsLink(const odb_MathStep& step, store_MathOp& op) {
+  op.code = step.code;
+  op.s = step.s;
+  switch (step.shape) {
+    case odb_MathShape::FIELD_FLOAT:
+      op.shape = store_MathOp::ARRAY_FLOAT;
+      return true;
+    case odb_MathShape::FLOAT_FIELD:
+      op.shape = store_MathOp::FLOAT_ARRAY;
+      return true;
+    case odb_MathShape::FIELD:
+      op.shape = store_MathOp::FUNCTION;
+      return step.code == odb_MATH_SUBTRACT || step.code == odb_MATH_ABS ||
+             (step.code >= odb_MATH_ACOS && step.code <= odb_MATH_SQRT);
+    default:
+      return false;
+  }
+}
+
+// Whether a link has no domain to check, so that it can wait until its data are asked for.
+bool CannotFail(const store_MathOp& op) {
+  switch (op.shape) {
+    case store_MathOp::FUNCTION:
+      return op.code == odb_MATH_SUBTRACT || op.code == odb_MATH_ABS ||
+             (op.code >= odb_MATH_ATAN && op.code <= odb_MATH_EXP10);
+    case store_MathOp::ARRAY_FLOAT:
+      return op.code == odb_MATH_MULTIPLY || op.code == odb_MATH_SUBTRACT ||
+             op.code == odb_MATH_ADD || (op.code == odb_MATH_DIVIDE && op.s != 0.0f);
+    case store_MathOp::FLOAT_ARRAY:
+      return op.code == odb_MATH_MULTIPLY || op.code == odb_MATH_SUBTRACT ||
+             op.code == odb_MATH_ADD;
+  }
+  return false;
+}
+
+// Real operations with a float and real functions form chains: one that cannot fail waits (its
+// result is pending), and one that can runs the whole chain at once. Either way the chain costs
+// one pass over memory. False when the step is not such a link.
+bool Chain(odb_MathStep& step) {
+  odb_SubFieldData& a = *step.a;
+  store_MathOp op;
+  if (a.complex || !AsLink(step, op)) return false;
+  const bool wait = CannotFail(op);
+  if (!wait && !a.pendingSource) return false;
+  std::vector<store_MathOp> ops = a.pendingSource ? a.pendingOps : std::vector<store_MathOp>();
+  ops.push_back(op);
+  std::shared_ptr<odb_SubFieldData> source = a.pendingSource ? a.pendingSource : step.aShared;
+  std::shared_ptr<odb_SubFieldData> out = a.SameLocations(a.width, true, !wait);
+  if (wait) {
+    out->pendingSource = std::move(source);
+    out->pendingOps = std::move(ops);
+  } else {
+    odb_Run<float> scratch;
+    const float* from = source->Floats(odb_SubFieldData::Part::DATA, scratch);
+    Check(store_MathChain(from, out->data.data(), out->data.size(), ops.data(), ops.size()),
+          __LINE__);
+  }
+  step.result = std::move(out);
+  return true;
+}
+
 // Computes step.result from the operands; the code has been checked for their type.
 void Compute(odb_MathStep& step) {
   using Part = odb_SubFieldData::Part;
+  if (Chain(step)) return;
   odb_SubFieldData& a = *step.a;
+  if (a.pendingSource) a.Load();  // a pending operand has no blocks in the file
   std::shared_ptr<odb_SubFieldData> out = a.SameLocations(a.width, true);
   const std::size_t n = a.Locations() * a.width;
   float* re = out->data.data();
@@ -373,7 +440,8 @@ odb_FieldOutput Run(odb_MathStep prototype, odb_FieldData& a, odb_FieldData* b,
   }
   for (std::size_t k = 0; k < a.subFields.size(); ++k) {
     odb_MathStep step = prototype;
-    step.a = a.subFields[k].get();
+    step.aShared = a.subFields[k];
+    step.a = step.aShared.get();
     step.b = b ? b->subFields[k].get() : nullptr;
     odb_MathUtilAccess::Dispatch(a.type, step);
     out->subFields.push_back(std::move(step.result));

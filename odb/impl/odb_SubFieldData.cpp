@@ -104,6 +104,7 @@ std::size_t odb_SubFieldData::LabelCount() const {
 
 void odb_SubFieldData::ReadInto(Part part, void* out) {
   Refuse(odb_SubFieldView::BULK_DATA);
+  if (pendingSource) ComputePending();
   for (const store_FieldBlockRecord& b : unread) CheckArrays(b);
   // Values per location of each part, and where the held ones are.
   const std::size_t per = part == Part::LABELS        ? 1
@@ -134,7 +135,21 @@ void odb_SubFieldData::ReadInto(Part part, void* out) {
   }
 }
 
+void odb_SubFieldData::ComputePending() {
+  std::shared_ptr<odb_SubFieldData> source = std::move(pendingSource);
+  std::vector<store_MathOp> ops = std::move(pendingOps);
+  pendingSource.reset();
+  pendingOps.clear();
+  odb_Run<float> scratch;
+  const float* from = source->Floats(Part::DATA, scratch);
+  const std::size_t n = Locations() * width;
+  data.Resize(n);
+  // Only operations that cannot fail wait, so there is no fault to report.
+  store_MathChain(from, data.data(), n, ops.data(), ops.size());
+}
+
 const float* odb_SubFieldData::Floats(Part part, odb_Run<float>& scratch) {
+  if (pendingSource) ComputePending();
   if (unread.empty()) return part == Part::DATA ? data.data() : conjugate.data();
   scratch.Resize(Locations() * width);
   ReadInto(part, scratch.data());
@@ -148,7 +163,7 @@ void odb_SubFieldData::CopyLabels(odb_Run<int>& into) {
 }
 
 std::shared_ptr<odb_SubFieldData> odb_SubFieldData::SameLocations(int dataWidth,
-                                                                  bool orientations) {
+                                                                  bool orientations, bool room) {
   auto out = SameIdentity(*this);
   CopyLabels(out->labels);
   if (ownLocations) {
@@ -167,7 +182,7 @@ std::shared_ptr<odb_SubFieldData> odb_SubFieldData::SameLocations(int dataWidth,
   }
   out->subsetIndices = subsetIndices;
   out->width = dataWidth;
-  out->data.Resize(Locations() * dataWidth);
+  if (room) out->data.Resize(Locations() * dataWidth);
   return out;
 }
 
@@ -311,6 +326,7 @@ void odb_SubFieldData::CheckArrays(const store_FieldBlockRecord& b) const {
 }
 
 void odb_SubFieldData::Load() {
+  if (pendingSource) ComputePending();
   if (unread.empty()) return;
   Refuse(odb_SubFieldView::VALUES);
   odb_Reading(subject, [&] {

@@ -24,6 +24,7 @@
 #include "odb_String.h"
 #include "odb_SubField.h"
 #include "store_Field.h"
+#include "store_FieldMath.h"
 #include "store_LargeAllocator.h"
 
 class store_Database;
@@ -112,6 +113,12 @@ struct odb_SubFieldData {
   bool derived = false;
   // Set by SetLocations: the locations are listed one by one rather than `perLabel` per label.
   bool ownLocations = false;
+  // A computed sub-field whose data are not computed yet: the first Locations() * width floats of
+  // `pendingSource`'s data through `pendingOps`, computed by Load(). Only operations that cannot
+  // fail wait like this (2 * S, abs(S)), so that a chain of them and the next operation run as
+  // one pass over memory.
+  std::shared_ptr<odb_SubFieldData> pendingSource;
+  std::vector<store_MathOp> pendingOps;
 
   // A stored sub-field whose identity is that of block `b`, of a field of `type`; no blocks yet.
   static std::shared_ptr<odb_SubFieldData> FromBlock(const store_FieldBlockRecord& b,
@@ -134,8 +141,9 @@ struct odb_SubFieldData {
   // Throws the fault that Check found, as `view` reports it; returns for a readable sub-field.
   void Refuse(odb_SubFieldView view) const;
 
-  // Reads the blocks not read yet; throws the fault that Check found, or the composed length
-  // message for a block whose arrays disagree with its count, before reading anything.
+  // Reads the blocks not read yet (computes pending data); throws the fault that Check found, or
+  // the composed length message for a block whose arrays disagree with its count, before reading
+  // anything.
   void Load();
   // A stored block of this sub-field, added after its first ones.
   void AddBlock(const store_FieldBlockRecord& block);
@@ -156,9 +164,10 @@ struct odb_SubFieldData {
   // The labels as stored (LabelCount() of them) into `into`, without keeping them.
   void CopyLabels(odb_Run<int>& into);
   // A sub-field in memory at the same locations: identity, labels, locations listed one by one,
-  // subset indices and, when `orientations`, orientations of this one, with room for `width`
-  // floats per location (none filled). Reads the labels and orientations only.
-  std::shared_ptr<odb_SubFieldData> SameLocations(int width, bool orientations);
+  // subset indices and, when `orientations`, orientations of this one, `width` floats per
+  // location, and when `room`, room for them (none filled). Reads the labels and orientations
+  // only.
+  std::shared_ptr<odb_SubFieldData> SameLocations(int width, bool orientations, bool room = true);
 
   // Makes the sub-field carry its location labels itself, one label per location (subsets and
   // extrapolated fields, whose locations need not be whole elements): `labels` must then hold
@@ -172,6 +181,8 @@ struct odb_SubFieldData {
   const odb_Run<float>& Mises();
 
  private:
+  // Computes the data of a pending sub-field.
+  void ComputePending();
   // Throws the length message of a block: `expected` and `given` locations.
   [[noreturn]] void FailLength(long long expected, long long given) const;
   // Checks the lengths of the arrays of stored block `b` against its count.

@@ -181,6 +181,45 @@ TEST(StoreFieldMathFunctions, ComplexFunctionsCombineBothParts) {
   EXPECT_EQ(store_MathComplexFunction(5, re, im, out, 3), store_MathFault::INVALID);
 }
 
+TEST(StoreFieldMathChain, RunsEveryLinkInOrderAndReportsTheFirstFault) {
+  // 5000 values: more than two chunks. ((x * 2) - 3) then |.| then sqrt, then 10 / that.
+  std::vector<float> a(5000), out(5000);
+  for (std::size_t i = 0; i < a.size(); ++i) a[i] = float(i % 97) * 0.25f + 2.0f;
+  store_MathOp ops[4];
+  ops[0].shape = store_MathOp::ARRAY_FLOAT, ops[0].code = 0, ops[0].s = 2.0f;
+  ops[1].shape = store_MathOp::ARRAY_FLOAT, ops[1].code = 2, ops[1].s = 3.0f;
+  ops[2].code = 5;
+  ops[3].shape = store_MathOp::FLOAT_ARRAY, ops[3].code = 1, ops[3].s = 10.0f;
+  ASSERT_EQ(store_MathChain(a.data(), out.data(), a.size(), ops, 4), store_MathFault::NONE);
+  for (std::size_t i = 0; i < a.size(); i += 7)
+    EXPECT_FLOAT_EQ(out[i], float(10.0 / std::fabs(a[i] * 2.0 - 3.0))) << i;
+  ops[2].code = 22;  // sqrt of (2x - 3), negative for no value: x >= 2
+  ASSERT_EQ(store_MathChain(a.data(), out.data(), a.size(), ops, 3), store_MathFault::NONE);
+  EXPECT_FLOAT_EQ(out[4999], float(std::sqrt(a[4999] * 2.0 - 3.0)));
+  a[4321] = 1.0f;  // 2 - 3 < 0, in the third chunk
+  EXPECT_EQ(store_MathChain(a.data(), out.data(), a.size(), ops, 3), store_MathFault::NEGATIVE);
+  a[4321] = 1.5f;  // 3 - 3 = 0: then 10 / 0
+  ops[2].code = 5;
+  EXPECT_EQ(store_MathChain(a.data(), out.data(), a.size(), ops, 4),
+            store_MathFault::ZERO_DIVISOR);
+  // Links taken two at a time give what the links give one by one, bit for bit.
+  std::vector<float> once(a.size()), twice(a.size());
+  for (int first : {2, 5, 16, 17, 22})
+    for (int second : {2, 5, 16, 17, 22, 12}) {
+      store_MathOp pair[2];
+      pair[0].code = first;
+      pair[1].code = second;
+      const store_MathFault fault = store_MathChain(a.data(), once.data(), a.size(), pair, 2);
+      store_MathFunction(first, a.data(), twice.data(), a.size());
+      store_MathFunction(second, twice.data(), twice.data(), a.size());
+      EXPECT_EQ(fault, first == 2 && second == 22 ? store_MathFault::NEGATIVE
+                                                  : store_MathFault::NONE);
+      for (std::size_t i = 0; i < a.size(); i += 13)
+        EXPECT_TRUE(once[i] == twice[i] || (std::isnan(once[i]) && std::isnan(twice[i])))
+            << first << " " << second << " " << i;
+    }
+}
+
 TEST(StoreFieldMathTranspose, ExchangesRowsAndColumnsOfEveryMatrix) {
   // Two 2x3 matrices, entry (r, c) of matrix m = 100 m + 10 r + c.
   std::vector<float> a, out(12);

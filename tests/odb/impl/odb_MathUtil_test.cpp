@@ -229,6 +229,24 @@ TEST_F(MathUtilFields, RefusedOperandsNameWhatDiffers) {
   EXPECT_EQ(MessageOf([&] { transpose(s); }), "Invalid math operation");
 }
 
+TEST_F(MathUtilFields, ChainedResultsKeepTheValuesOfWhenTheyWereMade) {
+  odb_FieldOutput& u = Displacement("U", 1.0f);
+  // Operations that cannot fail wait for their data to be asked for; what they show must not
+  // depend on when that happens.
+  const odb_FieldOutput scaled = 2.0f * abs(u - 3.0f), root = sqrt(scaled + 1.0f);
+  u.addData(odb_Enum::NODAL, *m_instance, Ints({9}), Grid(1, 3, 100.0f));
+  ASSERT_EQ(scaled.values().size(), 4);
+  ASSERT_EQ(u.values().size(), 5);
+  for (int r = 0; r < 4; ++r)
+    for (int c = 0; c < 3; ++c) {
+      const double x = Entry(1, r, c);
+      EXPECT_FLOAT_EQ(scaled.values()[r].data()[c], float(2 * std::fabs(x - 3)));
+      EXPECT_FLOAT_EQ(root.values()[r].data()[c], float(std::sqrt(2 * std::fabs(x - 3) + 1)));
+    }
+  EXPECT_EQ(scaled.name(), "2  *   abs ( U  -  3 )");
+  EXPECT_EQ(MessageOf([&] { log(scaled - 100.0f); }), "Operand must be greater than zero");
+}
+
 TEST_F(MathUtilFields, TransposeExchangesRowsAndColumnsOfMatrices) {
   odb_FieldOutput& m = m_frame.MatrixOutput("M", "", 2, 3);
   m.addData(odb_Enum::NODAL, *m_instance, Ints({1, 2}), Grid(2, 6, 1));
