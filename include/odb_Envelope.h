@@ -15,7 +15,8 @@
 // incompatible.") and sub-fields ("Fields are associated with differently sized output
 // requests. ..." for another count, "Incompatible fields" for another element type, position,
 // section point or size). Fields are read one sub-field at a time and not kept: beside the two
-// results, memory holds one sub-field's data and one criterion array.
+// results, memory holds one sub-field's data and one criterion array. An empty sequence gives two
+// empty fields.
 #ifndef ODB_ENVELOPE_H
 #define ODB_ENVELOPE_H
 

@@ -8,7 +8,11 @@
 // Fields are combined sub-field by sub-field (one element type, or the nodes, at one position and
 // section point), in order, location by location, over the flat arrays of their blocks: a stored
 // operand is read block by block into a scratch array and never kept. Cost: one pass over each
-// operand and the result; the result holds its own arrays.
+// operand and the result; the result holds its own arrays. Operations that cannot fail (abs,
+// negation, sin, exp, the angle conversions, + - * and / by a non-zero float) on data in memory
+// wait until their result's data are first asked for, and the next operation joins them, so
+// that sqrt(abs(s)) or 2 * s + 1 cost one pass; their values are those of the operands when the
+// operation was made.
 //
 // Choices:
 // - Labels: "a op b" is built from the pieces name, " ", the operation's text, " ", and the other

@@ -250,7 +250,9 @@ bool Chain(odb_MathStep& step) {
   odb_SubFieldData& a = *step.a;
   store_MathOp op;
   if (a.complex || !AsLink(step, op)) return false;
-  const bool wait = CannotFail(op);
+  // Only data in memory wait: a pending result of data in the file would need the database
+  // open when its data are asked for.
+  const bool wait = CannotFail(op) && (a.pendingSource || a.unread.empty());
   if (!wait && !a.pendingSource) return false;
   std::vector<store_MathOp> ops = a.pendingSource ? a.pendingOps : std::vector<store_MathOp>();
   ops.push_back(op);

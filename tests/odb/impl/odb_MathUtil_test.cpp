@@ -326,6 +326,10 @@ TEST_F(MathUtilFields, AResultSavedIntoAFrameReadsBackBitForBit) {
   EXPECT_FLOAT_EQ(saved[100], float(1.35 * Entry(1, 16, 4) + 1.5 * Entry(-0.5f, 16, 4)));
   EXPECT_EQ(stored.values()[16].elementLabel(), 4);
   EXPECT_EQ(stored.values()[16].sectionPoint().number(), 2);
+  // A result of data still in the file is computed at once: it outlives the database.
+  const odb_FieldOutput doubled = 2.0f * g;
+  closeOdb(*m_odb);
+  EXPECT_EQ(Floats(doubled)[100], 2 * Entry(1, 16, 4));
 }
 
 class MathUtilValues : public MathUtilFields {};
