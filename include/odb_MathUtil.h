@@ -33,7 +33,8 @@
 //   transpose of other than a MATRIX field: "Invalid math operation". BOOLEAN, INTEGER and
 //   quaternion data: "Unknown data type". History outputs must be SCALAR ("SCALAR data
 //   expected"), of equal length ("Objects does not have compatible amount of data"), with equal
-//   times ("Incompatible data locations"), of regions of one load case ("Invalid LoadCase").
+//   times ("Incompatible data locations"), of regions of one load case ("Invalid LoadCase"); the
+//   result has the first operand's times.
 // - Domain errors refuse the whole operation: log and log10 of a value <= 0 "Operand must be
 //   greater than zero"; sqrt of a value < 0 "Operand must be greater than or equal to zero"; a
 //   divisor of 0 (a float, or a value of the divisor) "Division by zero"; acos and asin outside
@@ -47,7 +48,8 @@
 //   imaginary 0 (two complex values multiply and divide as complex numbers). power and the other
 //   functions act on the real parts and give real results. Field values follow the same rules,
 //   with their conjugateFieldValueData(); two values must have the same data type ("Incompatible
-//   fieldValues data types.") and width, and the result takes the first operand's location.
+//   fieldValues data types.") and width ("Objects does not have compatible amount of data"), and
+//   the result takes the first operand's location.
 #ifndef ODB_MATHUTIL_H
 #define ODB_MATHUTIL_H
 
