@@ -30,6 +30,8 @@ struct odb_HistoryOutputData {
   odb_String name;
   odb_String description;
   odb_Enum::odb_DataTypeEnum type = odb_Enum::SCALAR;
+  // The name of the load case of the output's region; empty when it has none.
+  odb_String loadCase;
   // Attached outputs: the database and the series; detached ones have neither.
   std::shared_ptr<store_Database> store;
   // "history output 'U1' of region 'R' in step 'S'", for damage found in its pairs.
@@ -74,6 +76,9 @@ struct odb_HistoryPointAccess {
 struct odb_HistoryOutputAccess {
   static odb_HistoryOutput Make(std::shared_ptr<odb_HistoryOutputData> data) {
     return odb_HistoryOutput(std::move(data));
+  }
+  static const std::shared_ptr<odb_HistoryOutputData>& Data(const odb_HistoryOutput& h) {
+    return h.m_data;
   }
 };
 struct odb_HistoryRegionAccess {

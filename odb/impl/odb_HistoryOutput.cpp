@@ -175,6 +175,7 @@ odb_HistoryOutput odb_HistoryOutput::Subset(double start, double end, bool bound
   subset->name = m_data->name;
   subset->description = m_data->description;
   subset->type = m_data->type;
+  subset->loadCase = m_data->loadCase;
   subset->pairs = std::move(pairs);
   subset->conjugate = std::move(conjugatePairs);
   return odb_HistoryOutputAccess::Make(std::move(subset));

@@ -35,8 +35,9 @@ const char kRequestFailed[] = "HistoryOutput request failed.";
 
 odb_HistoryOutput AttachedOutput(const std::shared_ptr<store_Database>& store,
                                  const store_HistoryOutputRecord& record,
-                                 const std::string& region) {
+                                 const std::string& region, const odb_LoadCase& loadCase) {
   auto data = std::make_shared<odb_HistoryOutputData>();
+  data->loadCase = loadCase.isEmpty() ? odb_String() : loadCase.name();
   data->name = odb_FromText(record.name);
   data->subject = "history output " + odb_Quoted(record.name) + " of " + region;
   data->description = odb_FromText(record.description);
@@ -75,6 +76,7 @@ void AddResultsSet(store_Database& store, const odb_String& regionName,
 // A detached copy of every pair of `output`.
 odb_HistoryOutput DetachedCopy(const odb_HistoryOutput& output) {
   auto data = std::make_shared<odb_HistoryOutputData>();
+  data->loadCase = odb_HistoryOutputAccess::Data(output)->loadCase;
   data->name = output.name();
   data->description = output.description();
   data->type = output.type();
@@ -107,7 +109,7 @@ void odb_HistoryRegionData::ReadOutputs() {
     odb_CheckedCode(*store, record.type, odb_Enum::BOOLEAN, odb_Enum::QUATERNION_2D, what,
                     "history_output", "type");
   for (const store_HistoryOutputRecord& record : records)
-    outputs.insert(odb_FromText(record.name), AttachedOutput(store, record, subject));
+    outputs.insert(odb_FromText(record.name), AttachedOutput(store, record, subject, loadCase));
   outputsRead = true;
 }
 
@@ -170,7 +172,7 @@ odb_HistoryOutput& odb_HistoryRegion::HistoryOutput(const odb_String& name,
     record.description = odb_ToText(description);
     record.type = type;
     store_AddHistoryOutput(store, d.id, record);
-    d.outputs.insert(name, AttachedOutput(d.store, record, d.subject));
+    d.outputs.insert(name, AttachedOutput(d.store, record, d.subject, d.loadCase));
   } catch (const store_Error& e) {
     // A failure of the disk that took the database back to its last save says so, and why.
     if (e.Discarded()) throw;

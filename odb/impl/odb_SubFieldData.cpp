@@ -104,6 +104,7 @@ std::size_t odb_SubFieldData::LabelCount() const {
 
 void odb_SubFieldData::ReadInto(Part part, void* out) {
   Refuse(odb_SubFieldView::BULK_DATA);
+  if (pendingSource) ComputePending();
   for (const store_FieldBlockRecord& b : unread) CheckArrays(b);
   // Values per location of each part, and where the held ones are.
   const std::size_t per = part == Part::LABELS        ? 1
@@ -132,6 +133,57 @@ void odb_SubFieldData::ReadInto(Part part, void* out) {
     store->GetArray(array, at);
     at += items * (part == Part::LABELS ? sizeof(int) : sizeof(float));
   }
+}
+
+void odb_SubFieldData::ComputePending() {
+  std::shared_ptr<odb_SubFieldData> source = std::move(pendingSource);
+  std::vector<store_MathOp> ops = std::move(pendingOps);
+  pendingSource.reset();
+  pendingOps.clear();
+  odb_Run<float> scratch;
+  const float* from = source->Floats(Part::DATA, scratch);
+  const std::size_t n = Locations() * width;
+  data.Resize(n);
+  // Only operations that cannot fail wait, so there is no fault to report.
+  store_MathChain(from, data.data(), n, ops.data(), ops.size());
+}
+
+const float* odb_SubFieldData::Floats(Part part, odb_Run<float>& scratch) {
+  if (pendingSource) ComputePending();
+  if (unread.empty()) return part == Part::DATA ? data.data() : conjugate.data();
+  scratch.Resize(Locations() * width);
+  ReadInto(part, scratch.data());
+  return scratch.data();
+}
+
+void odb_SubFieldData::CopyLabels(odb_Run<int>& into) {
+  if (unread.empty()) return into.Assign(labels.data(), labels.size());
+  into.Resize(LabelCount());
+  ReadInto(Part::LABELS, into.data());
+}
+
+std::shared_ptr<odb_SubFieldData> odb_SubFieldData::SameLocations(int dataWidth,
+                                                                  bool orientations, bool room) {
+  auto out = SameIdentity(*this);
+  CopyLabels(out->labels);
+  if (ownLocations) {
+    odb_Run<int> nodes, points;
+    nodes.Assign(NodeLabels().data(), NodeLabels().size());
+    points.Assign(IntegrationPoints().data(), IntegrationPoints().size());
+    out->SetLocations(std::move(nodes), std::move(points));
+  }
+  if (!orientations) out->orientationWidth = 0;
+  if (orientations && orientationWidth) {
+    out->orientation.Resize(Locations() * orientationWidth);
+    if (unread.empty())
+      out->orientation.Assign(orientation.data(), out->orientation.size());
+    else
+      ReadInto(Part::ORIENTATION, out->orientation.data());
+  }
+  out->subsetIndices = subsetIndices;
+  out->width = dataWidth;
+  if (room) out->data.Resize(Locations() * dataWidth);
+  return out;
 }
 
 void odb_SubFieldData::Check(const odb_String& field, int fieldWidth, bool instanceKnown) {
@@ -274,6 +326,7 @@ void odb_SubFieldData::CheckArrays(const store_FieldBlockRecord& b) const {
 }
 
 void odb_SubFieldData::Load() {
+  if (pendingSource) ComputePending();
   if (unread.empty()) return;
   Refuse(odb_SubFieldView::VALUES);
   odb_Reading(subject, [&] {
@@ -315,6 +368,7 @@ void odb_SubFieldData::Load() {
 
 void odb_SubFieldData::SetLocations(odb_Run<int> nodeLabels, odb_Run<int> integrationPoints) {
   perLabel = 1;
+  ownLocations = true;
   m_nodeLabels = std::move(nodeLabels);
   m_integrationPoints = std::move(integrationPoints);
   m_nodeLabelsBuilt = m_pointsBuilt = true;

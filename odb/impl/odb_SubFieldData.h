@@ -24,6 +24,7 @@
 #include "odb_String.h"
 #include "odb_SubField.h"
 #include "store_Field.h"
+#include "store_FieldMath.h"
 #include "store_LargeAllocator.h"
 
 class store_Database;
@@ -110,6 +111,14 @@ struct odb_SubFieldData {
   // Set when each location was derived from several stored ones (extrapolation), so that no
   // location has a position in a stored sub-field.
   bool derived = false;
+  // Set by SetLocations: the locations are listed one by one rather than `perLabel` per label.
+  bool ownLocations = false;
+  // A computed sub-field whose data are not computed yet: the first Locations() * width floats of
+  // `pendingSource`'s data through `pendingOps`, computed by Load(). Only operations that cannot
+  // fail wait like this (2 * S, abs(S)), so that a chain of them and the next operation run as
+  // one pass over memory.
+  std::shared_ptr<odb_SubFieldData> pendingSource;
+  std::vector<store_MathOp> pendingOps;
 
   // A stored sub-field whose identity is that of block `b`, of a field of `type`; no blocks yet.
   static std::shared_ptr<odb_SubFieldData> FromBlock(const store_FieldBlockRecord& b,
@@ -132,8 +141,9 @@ struct odb_SubFieldData {
   // Throws the fault that Check found, as `view` reports it; returns for a readable sub-field.
   void Refuse(odb_SubFieldView view) const;
 
-  // Reads the blocks not read yet; throws the fault that Check found, or the composed length
-  // message for a block whose arrays disagree with its count, before reading anything.
+  // Reads the blocks not read yet (computes pending data); throws the fault that Check found, or
+  // the composed length message for a block whose arrays disagree with its count, before reading
+  // anything.
   void Load();
   // A stored block of this sub-field, added after its first ones.
   void AddBlock(const store_FieldBlockRecord& block);
@@ -148,6 +158,17 @@ struct odb_SubFieldData {
   // data does, and a block whose arrays disagree with its count, before writing anything.
   void ReadInto(Part part, void* out);
 
+  // The floats of DATA or CONJUGATE without keeping them: the sub-field's own array when it
+  // holds them all, else read from the file into `scratch`, which must outlive their use.
+  const float* Floats(Part part, odb_Run<float>& scratch);
+  // The labels as stored (LabelCount() of them) into `into`, without keeping them.
+  void CopyLabels(odb_Run<int>& into);
+  // A sub-field in memory at the same locations: identity, labels, locations listed one by one,
+  // subset indices and, when `orientations`, orientations of this one, `width` floats per
+  // location, and when `room`, room for them (none filled). Reads the labels and orientations
+  // only.
+  std::shared_ptr<odb_SubFieldData> SameLocations(int width, bool orientations, bool room = true);
+
   // Makes the sub-field carry its location labels itself, one label per location (subsets and
   // extrapolated fields, whose locations need not be whole elements): `labels` must then hold
   // the element labels (node labels for nodal data) of each location.
@@ -160,6 +181,8 @@ struct odb_SubFieldData {
   const odb_Run<float>& Mises();
 
  private:
+  // Computes the data of a pending sub-field.
+  void ComputePending();
   // Throws the length message of a block: `expected` and `given` locations.
   [[noreturn]] void FailLength(long long expected, long long given) const;
   // Checks the lengths of the arrays of stored block `b` against its count.

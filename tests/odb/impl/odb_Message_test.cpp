@@ -31,6 +31,7 @@ TEST(MessageCatalogues, EveryCatalogueMatchesItsStoredDump) {
   Dump<odb_AssemblyEnm>("odb_AssemblyEnm", out);
   Dump<odb_DatumCsysEnm>("odb_DatumCsysEnm", out);
   Dump<odb_DiscretePartEnm>("odb_DiscretePartEnm", out);
+  Dump<odb_EnvelopeEnm>("odb_EnvelopeEnm", out);
   Dump<odb_ExceptionsEnm>("odb_ExceptionsEnm", out);
   Dump<odb_FieldOutputEnm>("odb_FieldOutputEnm", out);
   Dump<odb_FrameEnm>("odb_FrameEnm", out);
@@ -40,8 +41,10 @@ TEST(MessageCatalogues, EveryCatalogueMatchesItsStoredDump) {
   Dump<odb_HistoryRegionPersEnm>("odb_HistoryRegionPersEnm", out);
   Dump<odb_InstanceEnm>("odb_InstanceEnm", out);
   Dump<odb_MaterialEnm>("odb_MaterialEnm", out);
+  Dump<odb_MathUtilEnm>("odb_MathUtilEnm", out);
   Dump<odb_MeshEnm>("odb_MeshEnm", out);
   Dump<odb_MeshListEnm>("odb_MeshListEnm", out);
+  Dump<odb_MessageTextEnm>("odb_MessageTextEnm", out);
   Dump<odb_OdbEnm>("odb_OdbEnm", out);
   Dump<odb_OdbRepositoryEnm>("odb_OdbRepositoryEnm", out);
   Dump<odb_SectionCategoryEnm>("odb_SectionCategoryEnm", out);
