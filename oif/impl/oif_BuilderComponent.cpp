@@ -1,6 +1,5 @@
 #include "oif_BuilderComponent.h"
 
-#include <cstring>
 
 namespace {
 

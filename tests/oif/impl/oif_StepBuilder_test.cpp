@@ -311,3 +311,19 @@ TEST_F(OifStepBuilderDeck, InconsistentOrUnknownProceduresAssert) {
                                              "Unimplemented procedure print method",
                                              "Unimplemented function to write out *Step card"}));
 }
+
+// A file whose steps were all made from a procedure text has no procedure tables, as files of
+// earlier releases do: each step writes its stored text.
+TEST_F(OifStepBuilderDeck, StepsOfAFileWithoutProceduresWriteTheirStoredText) {
+  m_odb->Step("Load", "Pull", odb_Enum::TIME, 1.0, "", "*STATIC", 0.0);
+  m_odb->Step("Modes", "", odb_Enum::MODAL, 0.0, "Load", "*FREQUENCY\n10,", 1.0);
+  Reopen();
+  const std::vector<std::string> lines = Deck();
+  std::vector<std::string> cards;
+  for (std::size_t i = 0; i < lines.size(); ++i)
+    if (lines[i].rfind("*Step", 0) == 0 && i + 3 <= lines.size())
+      cards.insert(cards.end(), lines.begin() + static_cast<long>(i),
+                   lines.begin() + static_cast<long>(i) + 3);
+  EXPECT_EQ(cards, (std::vector<std::string>{"*Step, name=Load", "Pull", "*STATIC",
+                                             "*Step, name=Modes", "*FREQUENCY", "10,"}));
+}
