@@ -13,6 +13,9 @@
 #include "odb_Export.h"
 #include "odb_String.h"
 
+// The enumerations are kept on few lines: odb_API.h, which includes this header, has a budget of
+// preprocessed lines.
+// clang-format off
 struct QTVODB_EXPORT odb_StepProcedure {
   // Stored in database files by number: new kinds go at the end.
   enum Kind : int { UNSPECIFIED = 0, INITIAL, STATIC, STATIC_RIKS, VISCO, IMPLICIT_DYNAMICS,
@@ -35,6 +38,7 @@ struct QTVODB_EXPORT odb_StepProcedure {
   enum Damping : int { NO_DAMPING = 0, VISCOUS = 1, COMPOSITE = 2, RAYLEIGH = 3, STRUCTURAL = 4 };
   enum Summation : int { SUM_DEFAULT = 0, SUM_SRSS = 1, SUM_TENP = 2 };
   enum Components : int { COMP_DEFAULT = 0, COMP_ALGEBRAIC = 1, COMP_SRSS = 2 };
+  // clang-format on
 
   Kind kind = UNSPECIFIED;
   // Every kind.

@@ -125,7 +125,9 @@ store_StepSetting Number(const char* name, double value) {
 
 }  // namespace
 
-bool odb_IsProcedureKind(int kind) { return kind >= P::UNSPECIFIED && kind <= P::ANNEAL; }
+bool odb_IsProcedureKind(int kind) {
+  return kind >= P::UNSPECIFIED && kind <= P::ANNEAL;
+}
 
 store_StepProcedureRecord odb_ProcedureRecord(const odb_StepProcedure& p) {
   const odb_StepProcedure defaults;
@@ -155,8 +157,7 @@ store_StepProcedureRecord odb_ProcedureRecord(const odb_StepProcedure& p) {
 
 odb_StepProcedure odb_ProcedureOf(const store_StepProcedureRecord& record) {
   if (!odb_IsProcedureKind(record.kind))
-    throw store_Error("A step procedure has the unknown kind " + std::to_string(record.kind) +
-                      ".");
+    throw store_Error("A step procedure has the unknown kind " + std::to_string(record.kind) + ".");
   odb_StepProcedure p;
   p.kind = static_cast<odb_StepProcedure::Kind>(record.kind);
   p.solverInput = odb_FromText(record.solverInput);
@@ -198,28 +199,50 @@ odb_StepProcedure odb_ProcedureOf(const store_StepProcedureRecord& record) {
 
 const char* odb_ProcedureText(const odb_StepProcedure& p) {
   switch (p.kind) {
-    case P::UNSPECIFIED: return "";
-    case P::INITIAL: return "";
-    case P::STATIC: return p.perturbation ? "*STATIC, PERTURBATION" : "*STATIC";
-    case P::STATIC_RIKS: return "*STATIC, RIKS";
-    case P::VISCO: return "*VISCO";
-    case P::IMPLICIT_DYNAMICS: return "*DYNAMIC";
-    case P::SUBSPACE_DYNAMICS: return "*DYNAMIC, SUBSPACE";
-    case P::EXPLICIT_DYNAMICS: return "*DYNAMIC, EXPLICIT";
-    case P::COUPLED_TEMP_DISPLACEMENT: return "*COUPLED TEMPERATURE-DISPLACEMENT";
-    case P::EXPLICIT_TEMP_DISPLACEMENT: return "*DYNAMIC TEMPERATURE-DISPLACEMENT, EXPLICIT";
-    case P::COUPLED_THERMAL_ELECTRIC: return "*COUPLED THERMAL-ELECTRICAL";
-    case P::HEAT_TRANSFER: return "*HEAT TRANSFER";
-    case P::MASS_DIFFUSION: return "*MASS DIFFUSION";
-    case P::SOILS: return "*SOILS";
-    case P::FREQUENCY: return "*FREQUENCY";
-    case P::BUCKLE: return "*BUCKLE";
-    case P::GEOSTATIC: return "*GEOSTATIC";
-    case P::STEADY_STATE_DYNAMICS: return "*STEADY STATE DYNAMICS";
-    case P::MODAL_DYNAMIC: return "*MODAL DYNAMIC";
-    case P::RANDOM_RESPONSE: return "*RANDOM RESPONSE";
-    case P::RESPONSE_SPECTRUM: return "*RESPONSE SPECTRUM";
-    case P::ANNEAL: return "*ANNEAL";
+    case P::UNSPECIFIED:
+      return "";
+    case P::INITIAL:
+      return "";
+    case P::STATIC:
+      return p.perturbation ? "*STATIC, PERTURBATION" : "*STATIC";
+    case P::STATIC_RIKS:
+      return "*STATIC, RIKS";
+    case P::VISCO:
+      return "*VISCO";
+    case P::IMPLICIT_DYNAMICS:
+      return "*DYNAMIC";
+    case P::SUBSPACE_DYNAMICS:
+      return "*DYNAMIC, SUBSPACE";
+    case P::EXPLICIT_DYNAMICS:
+      return "*DYNAMIC, EXPLICIT";
+    case P::COUPLED_TEMP_DISPLACEMENT:
+      return "*COUPLED TEMPERATURE-DISPLACEMENT";
+    case P::EXPLICIT_TEMP_DISPLACEMENT:
+      return "*DYNAMIC TEMPERATURE-DISPLACEMENT, EXPLICIT";
+    case P::COUPLED_THERMAL_ELECTRIC:
+      return "*COUPLED THERMAL-ELECTRICAL";
+    case P::HEAT_TRANSFER:
+      return "*HEAT TRANSFER";
+    case P::MASS_DIFFUSION:
+      return "*MASS DIFFUSION";
+    case P::SOILS:
+      return "*SOILS";
+    case P::FREQUENCY:
+      return "*FREQUENCY";
+    case P::BUCKLE:
+      return "*BUCKLE";
+    case P::GEOSTATIC:
+      return "*GEOSTATIC";
+    case P::STEADY_STATE_DYNAMICS:
+      return "*STEADY STATE DYNAMICS";
+    case P::MODAL_DYNAMIC:
+      return "*MODAL DYNAMIC";
+    case P::RANDOM_RESPONSE:
+      return "*RANDOM RESPONSE";
+    case P::RESPONSE_SPECTRUM:
+      return "*RESPONSE SPECTRUM";
+    case P::ANNEAL:
+      return "*ANNEAL";
   }
   return "";
 }
@@ -228,10 +251,14 @@ odb_Enum::odb_DomainEnum odb_ProcedureDomain(const odb_StepProcedure& p) {
   switch (p.kind) {
     case P::FREQUENCY:
     case P::BUCKLE:
-    case P::RESPONSE_SPECTRUM: return odb_Enum::MODAL;
+    case P::RESPONSE_SPECTRUM:
+      return odb_Enum::MODAL;
     case P::STEADY_STATE_DYNAMICS:
-    case P::RANDOM_RESPONSE: return odb_Enum::FREQUENCY;
-    case P::STATIC_RIKS: return odb_Enum::ARC_LENGTH;
-    default: return odb_Enum::TIME;
+    case P::RANDOM_RESPONSE:
+      return odb_Enum::FREQUENCY;
+    case P::STATIC_RIKS:
+      return odb_Enum::ARC_LENGTH;
+    default:
+      return odb_Enum::TIME;
   }
 }

@@ -67,16 +67,16 @@ bool oif_Builder::WriteInputFile(const cow_String& fileName) {
   oif_BuilderData& d = *m_data;
 
   oif_BuilderComponent* const prepareOrder[] = {
-      &d.part,         &d.material,  &d.instance,          &d.step,
-      &d.region,       &d.partAttributes, &d.amplitude,    &d.transform,
-      &d.constraint,   &d.connector, &d.boundaryCondition, &d.load,
-      &d.field,        &d.interaction, &d.endKeyword};
+      &d.part,       &d.material,       &d.instance,          &d.step,
+      &d.region,     &d.partAttributes, &d.amplitude,         &d.transform,
+      &d.constraint, &d.connector,      &d.boundaryCondition, &d.load,
+      &d.field,      &d.interaction,    &d.endKeyword};
   for (oif_BuilderComponent* component : prepareOrder) component->Prepare();
 
   const oif_BuilderComponent* const writeOrder[] = {
-      &d.part,       &d.instance,  &d.step,      &d.region,     &d.partAttributes,
-      &d.amplitude,  &d.material,  &d.transform, &d.constraint, &d.connector,
-      &d.boundaryCondition, &d.load, &d.field,   &d.interaction, &d.endKeyword};
+      &d.part,     &d.instance,    &d.step,       &d.region,    &d.partAttributes,    &d.amplitude,
+      &d.material, &d.transform,   &d.constraint, &d.connector, &d.boundaryCondition, &d.load,
+      &d.field,    &d.interaction, &d.endKeyword};
   oif_ComponentList components;
   for (const oif_BuilderComponent* component : writeOrder)
     components.list.Append(oif_ComponentHandle(*component));
@@ -114,8 +114,7 @@ void oif_Builder::WriteAssemblyDefinitions(utl_Stream& out, const oif_ComponentL
     WriteItems(out, components.list.ConstGet(c)->AssemblyDefinitions());
 }
 
-void oif_Builder::WriteOtherModelDefinitions(utl_Stream& out,
-                                             const oif_ComponentList& components) {
+void oif_Builder::WriteOtherModelDefinitions(utl_Stream& out, const oif_ComponentList& components) {
   for (int c = 0; c < components.list.Size(); ++c)
     WriteItems(out, components.list.ConstGet(c)->ModelDefinitions());
 }

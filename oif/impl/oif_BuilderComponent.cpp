@@ -1,6 +1,5 @@
 #include "oif_BuilderComponent.h"
 
-
 namespace {
 
 oif_ItemList Found(const std::map<std::string, oif_ItemList>& lists, const std::string& key) {

@@ -75,9 +75,12 @@ void oif_SetItem::Write(utl_Stream& out) const {
 
 std::string oif_DatumParameter(int datumType, bool typeForm) {
   switch (datumType) {
-    case odb_Enum::RECTANGULAR: return "";
-    case odb_Enum::CYLINDRICAL: return typeForm ? "type=C" : "system=CYLINDRICAL";
-    case odb_Enum::SPHERICAL: return typeForm ? "type=S" : "system=SPHERICAL";
+    case odb_Enum::RECTANGULAR:
+      return "";
+    case odb_Enum::CYLINDRICAL:
+      return typeForm ? "type=C" : "system=CYLINDRICAL";
+    case odb_Enum::SPHERICAL:
+      return typeForm ? "type=S" : "system=SPHERICAL";
     default:
       cow_AssertFailed("Wrong datum type during input generation", kSource, 90);
       return "";

@@ -9,7 +9,9 @@ namespace {
 
 constexpr double kPi = 3.141592653589793;
 
-bool IsZero(const double (&v)[3]) { return v[0] == 0 && v[1] == 0 && v[2] == 0; }
+bool IsZero(const double (&v)[3]) {
+  return v[0] == 0 && v[1] == 0 && v[2] == 0;
+}
 
 }  // namespace
 
@@ -28,10 +30,13 @@ void oif_InstanceBuilder::Prepare() {
       }
       if (p.angle != 0) {
         out.LineBreak();
-        const double values[7] = {p.axisPoint[0], p.axisPoint[1], p.axisPoint[2],
+        const double values[7] = {p.axisPoint[0],
+                                  p.axisPoint[1],
+                                  p.axisPoint[2],
                                   p.axisPoint[0] + p.axisDirection[0],
                                   p.axisPoint[1] + p.axisDirection[1],
-                                  p.axisPoint[2] + p.axisDirection[2], p.angle * 180.0 / kPi};
+                                  p.axisPoint[2] + p.axisDirection[2],
+                                  p.angle * 180.0 / kPi};
         for (int k = 0; k < 7; ++k) {
           if (k) out << ", ";
           out.Print(values[k], 12, 15);

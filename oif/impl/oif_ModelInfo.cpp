@@ -75,14 +75,17 @@ const store_PartRecord* oif_ModelData::Part(std::int64_t id) const {
 
 bool oif_IsPerturbation(const odb_StepProcedure& p) {
   switch (p.kind) {
-    case odb_StepProcedure::STATIC: return p.perturbation;
+    case odb_StepProcedure::STATIC:
+      return p.perturbation;
     case odb_StepProcedure::FREQUENCY:
     case odb_StepProcedure::BUCKLE:
     case odb_StepProcedure::STEADY_STATE_DYNAMICS:
     case odb_StepProcedure::MODAL_DYNAMIC:
     case odb_StepProcedure::RANDOM_RESPONSE:
-    case odb_StepProcedure::RESPONSE_SPECTRUM: return true;
-    default: return false;
+    case odb_StepProcedure::RESPONSE_SPECTRUM:
+      return true;
+    default:
+      return false;
   }
 }
 
@@ -109,8 +112,12 @@ oif_ModelInfo::oif_ModelInfo(const odb_Odb& odb) {
   m_data = std::move(model);
 }
 
-bool oif_ModelInfo::writeAssemblyStructure() const { return m_data->writeAssemblyStructure; }
-const uti_Array<odb_String>& oif_ModelInfo::stepNames() const { return m_data->stepNames; }
+bool oif_ModelInfo::writeAssemblyStructure() const {
+  return m_data->writeAssemblyStructure;
+}
+const uti_Array<odb_String>& oif_ModelInfo::stepNames() const {
+  return m_data->stepNames;
+}
 odb_String oif_ModelInfo::initialStepName() const {
   return odb_FromText(m_data->initialStepName);
 }
@@ -120,4 +127,6 @@ odb_String oif_ModelInfo::firstAnalysisStepName() const {
 odb_String oif_ModelInfo::firstGeneralStepName() const {
   return odb_FromText(m_data->firstGeneralStepName);
 }
-bool oif_ModelInfo::hasExplicitStep() const { return m_data->hasExplicitStep; }
+bool oif_ModelInfo::hasExplicitStep() const {
+  return m_data->hasExplicitStep;
+}

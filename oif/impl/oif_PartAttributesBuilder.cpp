@@ -33,11 +33,13 @@ void AddAssignment(const store_SectionAssignment& a,
   const std::string where = ", elset=" + oif_Name(a.setName) + ", material=" + oif_Name(s.material);
   std::string text;
   switch (s.kind) {
-    case odb_Section::HOMOGENEOUS_SOLID: text = "*Solid Section" + where + "\n,"; break;
+    case odb_Section::HOMOGENEOUS_SOLID:
+      text = "*Solid Section" + where + "\n,";
+      break;
     case odb_Section::HOMOGENEOUS_SHELL:
       text = oif_Format([&](utl_Stream& out) {
-        out << "*Shell Section" << where << "\n" << s.thickness.value_or(0.0) << ", "
-            << s.integrationPoints.value_or(1);
+        out << "*Shell Section" << where << "\n"
+            << s.thickness.value_or(0.0) << ", " << s.integrationPoints.value_or(1);
       });
       break;
     case odb_Section::BEAM:
@@ -47,7 +49,9 @@ void AddAssignment(const store_SectionAssignment& a,
         for (std::size_t i = 0; i < dimensions.size(); ++i) out << (i ? ", " : "") << dimensions[i];
       });
       break;
-    default: cow_AssertFailed("Unimplemented section type", kSource, 55); return;
+    default:
+      cow_AssertFailed("Unimplemented section type", kSource, 55);
+      return;
   }
   add(oif_Comment("Section: " + s.name));
   add(oif_Keyword(text));
@@ -62,7 +66,8 @@ void oif_PartAttributesBuilder::Prepare() {
   std::map<std::string, store_SectionRecord> sections;
   for (store_SectionRecord& s : store_Sections(store)) sections[s.name] = s;
   for (const store_PartRecord& part : model.parts)
-    for (const store_SectionAssignment& a : store_SectionAssignments(store, store_kPartOwner, part.name))
+    for (const store_SectionAssignment& a :
+         store_SectionAssignments(store, store_kPartOwner, part.name))
       AddAssignment(a, sections, [&](const oif_Item& item) { AddPart(part.name, item); });
   for (const oif_InstanceInfo& instance : model.instances)
     for (const store_SectionAssignment& a :

@@ -90,7 +90,8 @@ void oif_PartBuilder::Prepare() {
   Clear();
   const oif_ModelData& model = Model();
   for (const store_PartRecord& part : model.parts) {
-    if (model.writeAssemblyStructure) AddPart(part.name, oif_Keyword("*Part, name=" + oif_Name(part.name)));
+    if (model.writeAssemblyStructure)
+      AddPart(part.name, oif_Keyword("*Part, name=" + oif_Name(part.name)));
     auto mesh = std::make_shared<store_Mesh>(model.store, part.id);
     mesh->SetPartName(part.name);
     const int coordinates = part.dimension == odb_Enum::THREE_D ? 3 : 2;

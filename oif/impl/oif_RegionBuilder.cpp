@@ -38,13 +38,13 @@ std::shared_ptr<const std::vector<int>> Labels(std::vector<int> labels) {
 template <class Add, class InstanceOf>
 void AddSet(const store_SetRecord& set, Add&& add, InstanceOf&& instanceOf) {
   if (set.kind != store_kSurface) {
-    const oif_SetItem::Kind kind = set.kind == store_kNodeSet ? oif_SetItem::NODE
-                                                              : oif_SetItem::ELEMENT;
+    const oif_SetItem::Kind kind =
+        set.kind == store_kNodeSet ? oif_SetItem::NODE : oif_SetItem::ELEMENT;
     if (set.members.empty())
       add(oif_Item(new oif_SetItem(kind, set.name, "", set.internal, Labels({}))));
     for (const store_SetMember& member : set.members)
-      add(oif_Item(
-          new oif_SetItem(kind, set.name, instanceOf(member), set.internal, Labels(member.labels))));
+      add(oif_Item(new oif_SetItem(kind, set.name, instanceOf(member), set.internal,
+                                   Labels(member.labels))));
     return;
   }
   // By face code, in code order; within a face, by member.
@@ -53,7 +53,8 @@ void AddSet(const store_SetRecord& set, Add&& add, InstanceOf&& instanceOf) {
     std::map<int, std::vector<int>> faces;
     for (std::size_t i = 0; i < member.labels.size() && i < member.faces.size(); ++i)
       faces[member.faces[i]].push_back(member.labels[i]);
-    for (auto& face : faces) byFace[face.first].emplace_back(instanceOf(member), std::move(face.second));
+    for (auto& face : faces)
+      byFace[face.first].emplace_back(instanceOf(member), std::move(face.second));
   }
   std::string surface = "*Surface, type=ELEMENT, name=" + oif_Name(set.name);
   if (set.internal) surface += ", internal";
@@ -77,12 +78,15 @@ void oif_RegionBuilder::Prepare() {
   const auto none = [](const store_SetMember&) { return std::string(); };
   for (const store_PartRecord& part : model.parts)
     for (const store_SetRecord& set : store_Sets(store, store_kPartOwner, part.name))
-      AddSet(set, [&](const oif_Item& item) { AddPart(part.name, item); }, none);
+      AddSet(
+          set, [&](const oif_Item& item) { AddPart(part.name, item); }, none);
   for (const oif_InstanceInfo& instance : model.instances)
     for (const store_SetRecord& set : store_Sets(store, store_kInstanceOwner, instance.name))
-      AddSet(set, [&](const oif_Item& item) { AddAssembly(item); },
-             [&](const store_SetMember&) { return instance.name; });
+      AddSet(
+          set, [&](const oif_Item& item) { AddAssembly(item); },
+          [&](const store_SetMember&) { return instance.name; });
   for (const store_SetRecord& set : store_Sets(store, store_kAssemblyOwner, ""))
-    AddSet(set, [&](const oif_Item& item) { AddAssembly(item); },
-           [](const store_SetMember& member) { return member.instance; });
+    AddSet(
+        set, [&](const oif_Item& item) { AddAssembly(item); },
+        [](const store_SetMember& member) { return member.instance; });
 }

@@ -15,7 +15,8 @@ const char* const kDashes = "---------------------------------------------------
 // The kinds whose card says whether geometry is nonlinear.
 bool TakesNlgeom(const P& p) {
   switch (p.kind) {
-    case P::STATIC: return !p.perturbation;
+    case P::STATIC:
+      return !p.perturbation;
     case P::STATIC_RIKS:
     case P::VISCO:
     case P::IMPLICIT_DYNAMICS:
@@ -24,12 +25,16 @@ bool TakesNlgeom(const P& p) {
     case P::EXPLICIT_TEMP_DISPLACEMENT:
     case P::COUPLED_TEMP_DISPLACEMENT:
     case P::SOILS:
-    case P::GEOSTATIC: return true;
-    default: return false;
+    case P::GEOSTATIC:
+      return true;
+    default:
+      return false;
   }
 }
 
-bool KnownKind(int kind) { return kind >= P::UNSPECIFIED && kind <= P::ANNEAL; }
+bool KnownKind(int kind) {
+  return kind >= P::UNSPECIFIED && kind <= P::ANNEAL;
+}
 
 // "initial, period" and, unless incrementation is fixed, ", minimum, maximum".
 void Increments(utl_Stream& out, const P& p) {
@@ -74,15 +79,21 @@ void ModalDamping(utl_Stream& out, const P& p) {
     out << "\n*Select Eigenmodes, generate\n"
         << p.firstMode << ", " << p.lastMode << ", " << p.modeIncrement;
   switch (p.damping) {
-    case P::VISCOUS: out << "\n*Modal Damping\n"; break;
-    case P::COMPOSITE: out << "\n*Modal Damping, modal=COMPOSITE\n"; break;
+    case P::VISCOUS:
+      out << "\n*Modal Damping\n";
+      break;
+    case P::COMPOSITE:
+      out << "\n*Modal Damping, modal=COMPOSITE\n";
+      break;
     case P::RAYLEIGH:
       out << "\n*Modal Damping, rayleigh\n"
-          << p.firstMode << ", " << p.lastMode << ", " << p.rayleighAlpha << ", "
-          << p.rayleighBeta;
+          << p.firstMode << ", " << p.lastMode << ", " << p.rayleighAlpha << ", " << p.rayleighBeta;
       return;
-    case P::STRUCTURAL: out << "\n*Modal Damping, structural\n"; break;
-    default: return;
+    case P::STRUCTURAL:
+      out << "\n*Modal Damping, structural\n";
+      break;
+    default:
+      return;
   }
   out << p.firstMode << ", " << p.lastMode << ", " << p.dampingValue;
 }
@@ -90,12 +101,23 @@ void ModalDamping(utl_Stream& out, const P& p) {
 void MassScaling(utl_Stream& out, const P& p, const char* corrupted) {
   const char* mode = nullptr;
   switch (p.massScaling) {
-    case P::NO_MASS_SCALING: return;
-    case P::SEMI_AUTOMATIC: mode = "Semi-Automatic"; break;
-    case P::AUTOMATIC: mode = "Automatic"; break;
-    case P::REINITIALIZE: mode = "Reinitialize Mass"; break;
-    case P::DISABLE: mode = "Disable Throughout Step"; break;
-    default: cow_AssertFailed(corrupted, kSource, 118); return;
+    case P::NO_MASS_SCALING:
+      return;
+    case P::SEMI_AUTOMATIC:
+      mode = "Semi-Automatic";
+      break;
+    case P::AUTOMATIC:
+      mode = "Automatic";
+      break;
+    case P::REINITIALIZE:
+      mode = "Reinitialize Mass";
+      break;
+    case P::DISABLE:
+      mode = "Disable Throughout Step";
+      break;
+    default:
+      cow_AssertFailed(corrupted, kSource, 118);
+      return;
   }
   const std::string region = p.massScalingRegion.CStr();
   out << "\n** Mass Scaling: " << mode << "\n**               "
@@ -153,13 +175,16 @@ void Creep(utl_Stream& out, const P& p) {
 void Procedure(utl_Stream& out, const oif_StepInfo& step) {
   const P& p = step.settings;
   switch (p.kind) {
-    case P::UNSPECIFIED: out << step.procedureText; return;
+    case P::UNSPECIFIED:
+      out << step.procedureText;
+      return;
     case P::STATIC:
       out << "*Static";
       if (p.perturbation) return;
       if (p.adiabatic) out << ", adiabatic";
       Direct(out, p, ", ");
-      if (!p.fullyPlasticRegion.Empty()) out << ", fully plastic=" << oif_Name(p.fullyPlasticRegion.CStr());
+      if (!p.fullyPlasticRegion.Empty())
+        out << ", fully plastic=" << oif_Name(p.fullyPlasticRegion.CStr());
       Stabilize(out, p);
       Increments(out, p);
       return;
@@ -184,8 +209,10 @@ void Procedure(utl_Stream& out, const oif_StepInfo& step) {
       if (p.hasAlpha) out << ",alpha=" << p.alpha;
       if (p.adiabatic) out << ",adiabatic";
       Direct(out, p, ",");
-      if (p.noHaf) out << ",nohaf";
-      else if (p.haftol > 0) out << ",haftol=" << p.haftol;
+      if (p.noHaf)
+        out << ",nohaf";
+      else if (p.haftol > 0)
+        out << ",haftol=" << p.haftol;
       if (!p.initialAccelerations) out << ",initial=NO";
       Increments(out, p);
       return;
@@ -239,8 +266,10 @@ void Procedure(utl_Stream& out, const oif_StepInfo& step) {
       out << "*Soils";
       if (p.consolidation) out << ", consolidation";
       if (p.consolidation) End(out, p);
-      if (p.utol > 0) out << ", utol=" << p.utol;
-      else if (p.consolidation && !p.fixedIncrementation) out << ", utol=1.0";
+      if (p.utol > 0)
+        out << ", utol=" << p.utol;
+      else if (p.consolidation && !p.fixedIncrementation)
+        out << ", utol=1.0";
       Positive(out, ", cetol=", p.cetol);
       if (p.creep == P::CREEP_NONE) out << ", creep=none";
       Stabilize(out, p);
@@ -293,8 +322,8 @@ void Procedure(utl_Stream& out, const oif_StepInfo& step) {
       ModalDamping(out, p);
       return;
     case P::RANDOM_RESPONSE:
-      out << "*Random Response\n" << p.minFrequency << ", " << p.maxFrequency << ", "
-          << p.frequencyPoints;
+      out << "*Random Response\n"
+          << p.minFrequency << ", " << p.maxFrequency << ", " << p.frequencyPoints;
       if (p.bias != 0) out << ", " << p.bias;
       ModalDamping(out, p);
       return;
@@ -302,20 +331,24 @@ void Procedure(utl_Stream& out, const oif_StepInfo& step) {
       out << "*Response spectrum";
       if (p.components == P::COMP_ALGEBRAIC) out << ", comp=ALGEBRAIC";
       if (p.components == P::COMP_SRSS) out << ", comp=SRSS";
-      if (p.summation == P::SUM_SRSS) out << ", sum=SRSS";
-      else if (p.summation == P::SUM_TENP) out << ", sum=TENP";
+      if (p.summation == P::SUM_SRSS)
+        out << ", sum=SRSS";
+      else if (p.summation == P::SUM_TENP)
+        out << ", sum=TENP";
       else if (p.summation != P::SUM_DEFAULT)
         cow_AssertFailed("Unknown response spectrum summation type", kSource, 303);
       if (!p.spectrum.Empty())
-        out << "\n" << oif_Name(p.spectrum.CStr()) << ", " << p.direction[0] << ", "
-            << p.direction[1] << ", " << p.direction[2] << ", " << p.spectrumScale;
+        out << "\n"
+            << oif_Name(p.spectrum.CStr()) << ", " << p.direction[0] << ", " << p.direction[1]
+            << ", " << p.direction[2] << ", " << p.spectrumScale;
       ModalDamping(out, p);
       return;
     case P::ANNEAL:
       out << "*Anneal";
       if (p.hasAnnealTemperature) out << ", temperature=" << p.annealTemperature;
       return;
-    case P::INITIAL: break;
+    case P::INITIAL:
+      break;
   }
   cow_AssertFailed("Unimplemented procedure print method", kSource, 317);
 }

@@ -32,10 +32,14 @@ void oif_TransformBuilder::Prepare() {
             << instance << "." << d.nodes[2];
         return;
       }
-      const double values[9] = {d.origin[0] + d.axes[0], d.origin[1] + d.axes[1],
-                                d.origin[2] + d.axes[2], d.origin[0] + d.axes[3],
-                                d.origin[1] + d.axes[4], d.origin[2] + d.axes[5],
-                                d.origin[0],             d.origin[1],
+      const double values[9] = {d.origin[0] + d.axes[0],
+                                d.origin[1] + d.axes[1],
+                                d.origin[2] + d.axes[2],
+                                d.origin[0] + d.axes[3],
+                                d.origin[1] + d.axes[4],
+                                d.origin[2] + d.axes[5],
+                                d.origin[0],
+                                d.origin[1],
                                 d.origin[2]};
       for (int k = 0; k < 9; ++k) out << (k ? ", " : "") << values[k];
     })));

@@ -13,7 +13,9 @@ constexpr std::size_t kBufferSize = 1 << 16;
 constexpr int kRealRoom = 32;
 
 // 10^e for the fixed-notation test, exactly for the exponents in use.
-double Power10(int e) { return std::pow(10.0, e); }
+double Power10(int e) {
+  return std::pow(10.0, e);
+}
 
 template <class Real>
 int Format(char* out, Real value, int upper, int lower) {
@@ -35,7 +37,9 @@ utl_Stream::utl_Stream(std::ostream& out, int lineWidth, int upperExponent, int 
   m_buffer.reserve(kBufferSize + 256);
 }
 
-utl_Stream::~utl_Stream() { Flush(); }
+utl_Stream::~utl_Stream() {
+  Flush();
+}
 
 void utl_Stream::Put(const char* text, std::size_t n) {
   m_buffer.append(text, n);
@@ -69,7 +73,9 @@ utl_Stream& utl_Stream::operator<<(const cow_String& text) {
   return *this;
 }
 
-utl_Stream& utl_Stream::operator<<(const odb_String& text) { return *this << text.CStr(); }
+utl_Stream& utl_Stream::operator<<(const odb_String& text) {
+  return *this << text.CStr();
+}
 
 utl_Stream& utl_Stream::operator<<(char c) {
   Put(&c, 1);
@@ -136,7 +142,9 @@ void utl_Stream::Print(int value, int width) {
   Put(text, static_cast<std::size_t>(n));
 }
 
-void utl_Stream::LineBreak() { Put("\n", 1); }
+void utl_Stream::LineBreak() {
+  Put("\n", 1);
+}
 
 bool utl_Stream::OptionalLineBreak(int room) {
   if (m_column + room <= m_lineWidth) return false;

@@ -39,9 +39,12 @@ inline std::vector<std::string> Fields(const std::string& line) {
   std::vector<std::string> fields(1);
   bool quoted = false;
   for (char c : line) {
-    if (c == '"') quoted = !quoted;
-    else if (c == ',' && !quoted) fields.emplace_back();
-    else fields.back() += c;
+    if (c == '"')
+      quoted = !quoted;
+    else if (c == ',' && !quoted)
+      fields.emplace_back();
+    else
+      fields.back() += c;
   }
   for (std::string& f : fields) f = Trim(f);
   return fields;
@@ -78,10 +81,14 @@ inline DeckModel ReadDeck(const std::string& path) {
       set = nullptr;
       const std::string& k = keyword[0];
       generate = Flag(keyword, "generate");
-      if (k == "*Part") part = &deck.parts[Parameter(keyword, "name")];
-      else if (k == "*End Part") part = nullptr;
-      else if (k == "*Element") elementType = Parameter(keyword, "type");
-      else if (k == "*Instance") deck.instances[Parameter(keyword, "name")] = Parameter(keyword, "part");
+      if (k == "*Part")
+        part = &deck.parts[Parameter(keyword, "name")];
+      else if (k == "*End Part")
+        part = nullptr;
+      else if (k == "*Element")
+        elementType = Parameter(keyword, "type");
+      else if (k == "*Instance")
+        deck.instances[Parameter(keyword, "name")] = Parameter(keyword, "part");
       else if (k == "*Nset" || k == "*Elset") {
         const bool node = k == "*Nset";
         const std::string name = Parameter(keyword, node ? "nset" : "elset");
@@ -97,14 +104,16 @@ inline DeckModel ReadDeck(const std::string& path) {
     const std::string& k = keyword.empty() ? std::string() : keyword[0];
     if (k == "*Node" && part) {
       std::array<double, 3> xyz = {0, 0, 0};
-      for (std::size_t i = 1; i < fields.size() && i < 4; ++i) xyz[i - 1] = std::strtod(fields[i].c_str(), nullptr);
+      for (std::size_t i = 1; i < fields.size() && i < 4; ++i)
+        xyz[i - 1] = std::strtod(fields[i].c_str(), nullptr);
       part->nodes[std::atoi(fields[0].c_str())] = xyz;
     } else if (k == "*Element" && part) {
       const bool continues = !line.empty() && line.back() == ',';
       for (const std::string& f : fields)
         if (!f.empty()) pending.push_back(std::atoi(f.c_str()));
       if (continues) continue;
-      part->elements[pending[0]] = {elementType, std::vector<int>(pending.begin() + 1, pending.end())};
+      part->elements[pending[0]] = {elementType,
+                                    std::vector<int>(pending.begin() + 1, pending.end())};
       pending.clear();
     } else if (set) {
       if (generate) {

@@ -74,7 +74,8 @@ odb_StepProcedure Busy(odb_StepProcedure::Kind kind) {
 // Two procedures agree when their stored forms do: the record lists every setting that differs
 // from its default, by name and value.
 void ExpectSame(const odb_StepProcedure& expected, const odb_StepProcedure& actual) {
-  const store_StepProcedureRecord a = odb_ProcedureRecord(expected), b = odb_ProcedureRecord(actual);
+  const store_StepProcedureRecord a = odb_ProcedureRecord(expected),
+                                  b = odb_ProcedureRecord(actual);
   EXPECT_EQ(a.kind, b.kind);
   EXPECT_EQ(a.solverInput, b.solverInput);
   ASSERT_EQ(a.settings.size(), b.settings.size());
@@ -107,7 +108,8 @@ TEST(StepProcedure, RecordHoldsOnlySettingsOffTheirDefaults) {
   ASSERT_EQ(record.settings.size(), 2u);
   EXPECT_EQ(record.settings[0].name, "cetol");
   EXPECT_EQ(record.settings[1].text, "Plastic zone");
-  // Every field of the busy procedure differs from its default, so each has its own name (the direction has two nonzero components).
+  // Every field of the busy procedure differs from its default, so each has its own name (the
+  // direction has two nonzero components).
   EXPECT_EQ(odb_ProcedureRecord(Busy(odb_StepProcedure::STATIC)).settings.size(), 76u);
 }
 
@@ -202,7 +204,6 @@ TEST_F(StepProcedureFile, GeneralCreatorRefusesUnspecifiedUnknownAndLateInitial)
   m_steps.Step("A", "", "", p);
   p.kind = odb_StepProcedure::INITIAL;
   EXPECT_EQ(MessageOf([&] { m_steps.Step("B", "", "A", p); }), "Invalid procedure kind.");
-  EXPECT_EQ(MessageOf([&] { m_steps.Step("A", "", "", p); }),
-            "A Step named \"A\" already exists.");
+  EXPECT_EQ(MessageOf([&] { m_steps.Step("A", "", "", p); }), "A Step named \"A\" already exists.");
   EXPECT_EQ(m_steps.size(), 1);
 }

@@ -52,11 +52,9 @@ TEST(OifDeckText, GenerateTestTakesAnyConstantDifferenceOfThreeOrMoreLabels) {
 TEST(OifDeckText, LabelsGoSixteenToALineAndALoneLastLabelGetsASeparator) {
   std::vector<int> labels;
   for (int i = 0; i < 17; ++i) labels.push_back(i * i);
-  EXPECT_EQ(Labels(labels),
-            "0,1,4,9,16,25,36,49,64,81,100,121,144,169,196,225\n256, \n");
+  EXPECT_EQ(Labels(labels), "0,1,4,9,16,25,36,49,64,81,100,121,144,169,196,225\n256, \n");
   labels.push_back(1000);
-  EXPECT_EQ(Labels(labels),
-            "0,1,4,9,16,25,36,49,64,81,100,121,144,169,196,225\n256,1000\n");
+  EXPECT_EQ(Labels(labels), "0,1,4,9,16,25,36,49,64,81,100,121,144,169,196,225\n256,1000\n");
   labels.resize(16);
   EXPECT_EQ(Labels(labels), "0,1,4,9,16,25,36,49,64,81,100,121,144,169,196,225\n");
 }
@@ -76,6 +74,6 @@ TEST(OifDeckText, DatumParametersByTypeAndForm) {
   EXPECT_EQ(oif_DatumParameter(odb_Enum::SPHERICAL, false), "system=SPHERICAL");
   AssertRecorder recorder;
   EXPECT_EQ(oif_DatumParameter(3, false), "");
-  EXPECT_TRUE(recorder.firedOnce("Wrong datum type during input generation",
-                                 "oif/impl/oif_DeckText", 90));
+  EXPECT_TRUE(
+      recorder.firedOnce("Wrong datum type during input generation", "oif/impl/oif_DeckText", 90));
 }

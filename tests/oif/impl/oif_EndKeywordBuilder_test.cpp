@@ -44,8 +44,8 @@ TEST_F(OifEndKeywordBuilderDeck, ModelWithoutStepsHasNoStepSection) {
 
 TEST_F(OifEndKeywordBuilderDeck, OnlyInitialStepWritesItsSolverInputAndNoEndStep) {
   Add("Initial", odb_StepProcedure::INITIAL, "", "*Initial Conditions, type=TEMPERATURE\nAll, 20.");
-  EXPECT_EQ(StepSection(), (std::vector<std::string>{"*Initial Conditions, type=TEMPERATURE",
-                                                     "All, 20."}));
+  EXPECT_EQ(StepSection(),
+            (std::vector<std::string>{"*Initial Conditions, type=TEMPERATURE", "All, 20."}));
 }
 
 TEST_F(OifEndKeywordBuilderDeck, PrintSuppressionOnlyInFirstAnalysisStepWhenNoneIsExplicit) {
@@ -56,10 +56,9 @@ TEST_F(OifEndKeywordBuilderDeck, PrintSuppressionOnlyInFirstAnalysisStepWhenNone
                 "*Step, name=One", "*Static", "1., 1., 0.00001, 1.", "*El Print, freq=999999",
                 "*Node Print, freq=999999", "*Output, field, variable=PRESELECT",
                 "*Node output, variable=PRESELECT", "*Element output, variable=PRESELECT",
-                "*Restart, write", "*End Step", "*Step, name=Two", "*Static",
-                "1., 1., 0.00001, 1.", "*Output, field, variable=PRESELECT",
-                "*Node output, variable=PRESELECT", "*Element output, variable=PRESELECT",
-                "*End Step"}));
+                "*Restart, write", "*End Step", "*Step, name=Two", "*Static", "1., 1., 0.00001, 1.",
+                "*Output, field, variable=PRESELECT", "*Node output, variable=PRESELECT",
+                "*Element output, variable=PRESELECT", "*End Step"}));
 }
 
 TEST_F(OifEndKeywordBuilderDeck, AnyExplicitStepDropsThePrintSuppression) {
@@ -80,9 +79,8 @@ TEST_F(OifEndKeywordBuilderDeck, PartsInstancesAndAssemblyAreClosed) {
     if (line.rfind("*End", 0) == 0 || line.rfind("*Part", 0) == 0 ||
         line.rfind("*Instance", 0) == 0 || line.rfind("*Assembly", 0) == 0)
       closing.push_back(line);
-  EXPECT_EQ(closing, (std::vector<std::string>{"*Part, name=PLATE", "*End Part",
-                                               "*Assembly, name=Assembly",
-                                               "*Instance, name=A, part=PLATE", "*End Instance",
-                                               "*Instance, name=B, part=PLATE", "*End Instance",
-                                               "*End Assembly"}));
+  EXPECT_EQ(closing, (std::vector<std::string>{
+                         "*Part, name=PLATE", "*End Part", "*Assembly, name=Assembly",
+                         "*Instance, name=A, part=PLATE", "*End Instance",
+                         "*Instance, name=B, part=PLATE", "*End Instance", "*End Assembly"}));
 }

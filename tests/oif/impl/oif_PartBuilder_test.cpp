@@ -14,8 +14,8 @@ class OifPartBuilderRoundTrip : public DeckFile {
  protected:
   // A block of nx * ny * nz 8-node bricks with awkward coordinates, elements labelled 1, 3, 5 ...
   odb_DiscretePart& Bricks(const char* name, int nx, int ny, int nz) {
-    odb_DiscretePart& part = m_odb->DiscretePart(name, odb_Enum::THREE_D,
-                                                 odb_Enum::DEFORMABLE_BODY);
+    odb_DiscretePart& part =
+        m_odb->DiscretePart(name, odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
     const auto node = [&](int i, int j, int k) { return 1 + i + (nx + 1) * (j + (ny + 1) * k); };
     std::vector<int> labels;
     std::vector<float> xyz;
@@ -87,8 +87,8 @@ class OifPartBuilderRoundTrip : public DeckFile {
     }
   }
 
-  static void ExpectSets(odb_SetRepository& sets, const std::map<std::string, std::vector<int>>& read,
-                         bool nodes) {
+  static void ExpectSets(odb_SetRepository& sets,
+                         const std::map<std::string, std::vector<int>>& read, bool nodes) {
     odb_SetRepositoryIT it(sets);
     for (it.first(); !it.isDone(); it.next()) {
       const std::string name = it.currentKey().CStr();
@@ -110,11 +110,12 @@ class OifPartBuilderRoundTrip : public DeckFile {
 TEST_F(OifPartBuilderRoundTrip, SmallModelOfSeveralTypesLongElementsAndPlanarPartsAgrees) {
   odb_DiscretePart& beam = Bricks("Beam", 10, 2, 2);
   beam.NodeSet("Fixed", Ints({1, 12, 23, 34, 45, 56, 67, 78, 89}));
-  beam.NodeSet("Scattered nodes", Ints({5, 3, 99, 1, 40, 41, 42, 43, 44, 45, 46, 47, 48, 49, 50, 51, 52, 60}));
+  beam.NodeSet("Scattered nodes",
+               Ints({5, 3, 99, 1, 40, 41, 42, 43, 44, 45, 46, 47, 48, 49, 50, 51, 52, 60}));
   beam.ElementSet("Every other", Ints({1, 5, 9, 13}));
   // 20-node bricks: 21 values per element, so their lines continue.
-  odb_DiscretePart& quadratic = m_odb->DiscretePart("Quadratic", odb_Enum::THREE_D,
-                                                    odb_Enum::DEFORMABLE_BODY);
+  odb_DiscretePart& quadratic =
+      m_odb->DiscretePart("Quadratic", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
   std::vector<int> labels, connectivity;
   std::vector<float> xyz;
   for (int n = 1; n <= 40; ++n) {
@@ -125,8 +126,8 @@ TEST_F(OifPartBuilderRoundTrip, SmallModelOfSeveralTypesLongElementsAndPlanarPar
   for (int n = 0; n < 20; ++n) connectivity.push_back(1000001 + n);
   for (int n = 0; n < 20; ++n) connectivity.push_back(1000021 + n);
   quadratic.addElements(std::vector<int>{2000000001, 2000000002}, connectivity, "C3D20R");
-  odb_DiscretePart& plate = m_odb->DiscretePart("Plate", odb_Enum::TWO_D_PLANAR,
-                                                odb_Enum::DEFORMABLE_BODY);
+  odb_DiscretePart& plate =
+      m_odb->DiscretePart("Plate", odb_Enum::TWO_D_PLANAR, odb_Enum::DEFORMABLE_BODY);
   plate.addNodes(Ints({1, 2, 3, 4}), Points({{0, 0}, {1, 0}, {1, 1}, {0, 1}}));
   plate.addElements(Ints({1}), Rows({{1, 2, 3, 4}}), "CPS4");
   odb_Instance& instance = m_odb->rootAssembly().Instance("Beam-1", beam);

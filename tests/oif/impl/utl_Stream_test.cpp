@@ -34,9 +34,17 @@ std::string Written(float value) {
 
 TEST(UtlStream, RealsReadBackExactlyAndAlwaysCarryAPoint) {
   std::mt19937_64 random(7);
-  std::vector<double> values = {0.1, 1.0 / 3, -2.5e-300, 1e308, 123456.789, 1e-6, 999999.9999,
+  std::vector<double> values = {0.1,
+                                1.0 / 3,
+                                -2.5e-300,
+                                1e308,
+                                123456.789,
+                                1e-6,
+                                999999.9999,
                                 std::numeric_limits<double>::max(),
-                                std::numeric_limits<double>::denorm_min(), -0.0, 5e-324};
+                                std::numeric_limits<double>::denorm_min(),
+                                -0.0,
+                                5e-324};
   for (int i = 0; i < 2000; ++i) {
     double d;
     const std::uint64_t bits = random();
