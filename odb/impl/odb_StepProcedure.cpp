@@ -172,7 +172,11 @@ odb_StepProcedure odb_ProcedureOf(const store_StepProcedureRecord& record) {
       }
     for (const IntSetting& s : kInts)
       if (name == s.name) {
-        if (setting.isText) WrongType(name);
+        // A whole number in range: converting anything else to int would be undefined.
+        if (setting.isText ||
+            !(setting.number >= -2147483648.0 && setting.number <= 2147483647.0) ||
+            setting.number != static_cast<double>(static_cast<long long>(setting.number)))
+          WrongType(name);
         p.*s.member = static_cast<int>(setting.number);
         known = true;
       }

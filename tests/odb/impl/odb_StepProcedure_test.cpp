@@ -125,6 +125,11 @@ TEST(StepProcedure, RecordRefusesUnknownKindAndWrongTypeAndPassesOverUnknownName
   record.settings = {text};
   EXPECT_EQ(MessageOf([&] { odb_ProcedureOf(record); }),
             "Step setting cetol has a value of the wrong type.");
+  record.settings[0] = store_StepSetting();
+  record.settings[0].name = "eigenvalues";
+  record.settings[0].number = 1e12;  // no int
+  EXPECT_EQ(MessageOf([&] { odb_ProcedureOf(record); }),
+            "Step setting eigenvalues has a value of the wrong type.");
   record.settings[0].name = "setting of a newer release";
   EXPECT_EQ(odb_ProcedureOf(record).kind, odb_StepProcedure::ANNEAL);
 }
