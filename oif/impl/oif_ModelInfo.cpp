@@ -1,5 +1,6 @@
 #include "oif_ModelInfo.h"
 
+#include <algorithm>
 #include <map>
 #include <utility>
 
@@ -44,7 +45,9 @@ void GatherSteps(oif_ModelData& model) {
     const auto found = procedures.find(record.id);
     if (found != procedures.end()) step.settings = odb_ProcedureOf(found->second);
     step.analysis = step.settings.kind != odb_StepProcedure::INITIAL;
+    // In the order of names, byte by byte, as the step's load-case map keeps them.
     step.loadCases = store.LoadCases(record.id);
+    std::sort(step.loadCases.begin(), step.loadCases.end());
     model.steps.push_back(std::move(step));
   }
   if (model.steps.front().analysis) {

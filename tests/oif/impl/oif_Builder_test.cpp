@@ -66,8 +66,8 @@ TEST_F(OifBuilderDeck, ModelWithPartsSetsSurfacesInstancesMaterialsAndStepsReads
                                                Points({{0, 0, 0}})[0], Points({{1, 0, 0}})[0],
                                                Points({{0, 1, 0}})[0]);
   odb_Step& load = m_odb->steps().StaticStep("Load", "Press the block", "");
-  load.LoadCase("LC 1");
   load.LoadCase("LC2");
+  load.LoadCase("LC 1");  // written in the order of names
   m_odb->steps().HeatTransferStep("Heat", "", "Load");
   ExpectDeck("model.inp", Deck());
 }
