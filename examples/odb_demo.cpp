@@ -6,6 +6,7 @@
 //   odb_demo [path]      (default: demo.odb in the working folder)
 #include <cmath>
 #include <cstdio>
+#include <string>
 #include <vector>
 
 #include "odb_API.h"
@@ -113,7 +114,8 @@ void WriteResults(odb_Frame frame, odb_Instance& instance, double load) {
 void Write(const odb_String& path) {
   odb_Odb& odb = Odb("demo", "Cantilever beam", "A loaded cantilever, written by odb_demo", path);
   WriteMesh(odb);
-  odb_Step& load = odb.Step("Load", "Apply the tip load", odb_Enum::TIME, 1.0, "", "*STATIC", 0.0);
+  // A static step of time period 1 with default incrementation.
+  odb_Step& load = odb.steps().StaticStep("Load", "Apply the tip load", "");
   odb_Instance& beam = odb.rootAssembly().instance("BEAM-1");
   odb_HistoryPoint tip(beam.getNodeFromLabel(NodeLabel(kNx, 0, kNz)), beam);
   odb_HistoryOutput& u2 = load.HistoryRegion("", "", tip).HistoryOutput("U2", "Tip deflection");
@@ -122,7 +124,13 @@ void Write(const odb_String& path) {
     WriteResults(odb.steps()["Load"].Frame(i, 0.25 * i, "Increment " + odb_String(i)), beam, load);
     u2.addData(0.25 * i, Deflection(kLength, load));
   }
-  odb_Step& hold = odb.Step("Hold", "Hold the load", odb_Enum::TIME, 2.0, "Load", "*STATIC", 1.0);
+  // Any procedure with its settings: a static step of period 2 in increments of at most 0.5.
+  odb_StepProcedure holding;
+  holding.kind = odb_StepProcedure::STATIC;
+  holding.timePeriod = 2.0;
+  holding.initialIncrement = 0.5;
+  holding.maxIncrement = 0.5;
+  odb_Step& hold = odb.steps().Step("Hold", "Hold the load", "Load", holding);
   for (int i = 1; i <= 3; ++i) hold.Frame(i, 2.0 * i / 3.0, "Increment " + odb_String(i));
   saveOdb(odb);
   closeOdb(odb);
@@ -233,10 +241,17 @@ int main(int argc, char** argv) {
     odb_String path = argc > 1 ? argv[1] : "demo.odb";
     Write(path);
     Read(path);
+    odb_Odb& odb = openOdb(path, true);
     std::printf(
         "The database is kept at %s: open it again, or read it with sqlite3 "
         "(docs/file-format.md).\n",
-        openOdb(path, true).path().CStr());
+        odb.path().CStr());
+    // The model that the database holds, as a keyword input deck beside it.
+    std::string deck = odb.path().CStr();
+    if (deck.size() > 4 && deck.compare(deck.size() - 4, 4, ".odb") == 0) deck.resize(deck.size() - 4);
+    deck += ".inp";
+    odb.writeInput(deck.c_str());
+    std::printf("The input deck of its model is written to %s.\n", deck.c_str());
   } catch (const odb_Exception& e) {
     std::fprintf(stderr, "odb_demo: %s\n", e.JournalMessage().CStr());
     status = 1;

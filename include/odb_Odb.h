@@ -146,6 +146,11 @@ class QTVODB_EXPORT odb_Odb {
   void setOnlyHasUserDefinedData(bool only);
   bool onlyHasUserDefinedData() const;
 
+  // Writes the stored model as a keyword input deck to `fileName` (created or truncated): parts,
+  // assembly, sets, surfaces, sections, materials and steps with their procedures; see
+  // oif_Builder.h. Throws "Cannot write the input file 'NAME'." when the file cannot be opened.
+  void writeInput(const char* fileName) const;
+
  private:
   friend struct odb_OdbAccess;
 

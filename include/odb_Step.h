@@ -13,7 +13,7 @@
 //
 // History regions are read the same way, on first use; HistoryRegion writes a new one at once.
 //
-// The solver input text and the default fields of a step are not kept by this class.
+// The default fields of a step are not kept by this class.
 //
 // One thread at a time for a step, its copies and everything reached through them.
 #ifndef ODB_STEP_H
@@ -29,6 +29,7 @@
 #include "odb_LoadCase.h"
 #include "odb_Repository.h"
 #include "odb_SequenceFrame.h"
+#include "odb_StepProcedure.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
 
@@ -65,6 +66,13 @@ class QTVODB_EXPORT odb_Step {
   // The analysis time at the start of the step.
   double totalTime() const;
   odb_String previousStepName() const;
+  // The procedure's kind and settings (odb_StepProcedure), read from the file on first use;
+  // kind UNSPECIFIED for a step made from a procedure text alone or by an earlier release.
+  odb_StepProcedure procedureSettings() const;
+  // The text an input deck writes after the step's procedure lines; stored at once. Throws for
+  // an empty step handle.
+  void setSolverInput(const odb_String& text);
+  odb_String solverInput() const { return procedureSettings().solverInput; }
 
   // Appends a frame and returns it. The value is stored in single precision; the frame's index
   // is the number of frames minus one. Throws for an empty step handle.

@@ -14,6 +14,7 @@
 #include "odb_Enum.h"
 #include "odb_Export.h"
 #include "odb_Step.h"
+#include "odb_StepProcedure.h"
 #include "odb_StepRepositoryBase.h"
 #include "odb_String.h"
 
@@ -25,8 +26,9 @@ class QTVODB_EXPORT odb_StepRepository : public odb_StepRepositoryBase<odb_Step>
   // A repository of no database: the creators throw.
   odb_StepRepository() = default;
 
-  // Creators of steps of one procedure ("*STATIC", "*STATIC, PERTURBATION", "*HEAT TRANSFER"):
-  // domain TIME, time period 1, starting (total time) where `previousStepName` ends, or at 0
+  // Creators of steps of one procedure ("*STATIC", "*STATIC, PERTURBATION", "*HEAT TRANSFER",
+  // stored with kind STATIC, STATIC with `perturbation` set, HEAT_TRANSFER and default
+  // settings): domain TIME, time period 1, starting (total time) where `previousStepName` ends, or at 0
   // when it is empty. Checks, in this order: "Invalid step name." for an empty name, "Previous
   // step "NAME" not found." for a previous step not held, "A Step named "NAME" already exists.".
   odb_Step& StaticStep(const odb_String& name, const odb_String& description,
@@ -35,6 +37,14 @@ class QTVODB_EXPORT odb_StepRepository : public odb_StepRepositoryBase<odb_Step>
                                          const odb_String& previousStepName);
   odb_Step& HeatTransferStep(const odb_String& name, const odb_String& description,
                              const odb_String& previousStepName);
+  // The general creator: a step of any procedure kind with its settings, stored with the step
+  // (odb_Step::procedureSettings reads them back). The time period is the procedure's, the
+  // domain and procedure text follow from the kind (MODAL for FREQUENCY, BUCKLE and
+  // RESPONSE_SPECTRUM, FREQUENCY for STEADY_STATE_DYNAMICS and RANDOM_RESPONSE, ARC_LENGTH for
+  // STATIC_RIKS, TIME otherwise). Checks as above, then "Invalid procedure kind." for a kind
+  // out of range or UNSPECIFIED, and for INITIAL (the base state) anywhere but first.
+  odb_Step& Step(const odb_String& name, const odb_String& description,
+                 const odb_String& previousStepName, const odb_StepProcedure& procedure);
 
  private:
   friend struct odb_StepRepositoryAccess;
@@ -51,8 +61,10 @@ class QTVODB_EXPORT odb_StepRepository : public odb_StepRepositoryBase<odb_Step>
                     const odb_String& previousStepName, const odb_String& procedure,
                     double totalTime);
 
-  odb_Step& ProcedureStep(const odb_String& name, const odb_String& description,
-                          const odb_String& previousStepName, const char* procedure);
+  // Stores the step's procedure settings after AddStep.
+  odb_Step& AddProcedureStep(const odb_String& name, const odb_String& description,
+                             const odb_String& previousStepName,
+                             const odb_StepProcedure& procedure, double totalTime);
 
   // The database file and how fields find the database's root assembly; null for a repository
   // of no database.

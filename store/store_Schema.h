@@ -189,6 +189,22 @@ CREATE TABLE IF NOT EXISTS datum_csys(
   node_3 INTEGER NOT NULL DEFAULT -1,
   geometry BLOB NOT NULL))SQL";
 
+// The procedure of each step and the settings that its input deck writes. Made with the first
+// procedure written, as the datum systems are: a file without them holds steps described by their
+// procedure text alone.
+inline constexpr const char* store_kCreateStepProcedureTable = R"SQL(
+CREATE TABLE IF NOT EXISTS step_procedure(
+  step_id INTEGER PRIMARY KEY REFERENCES step(id),
+  kind INTEGER NOT NULL,
+  solver_input TEXT NOT NULL DEFAULT ''))SQL";
+inline constexpr const char* store_kCreateStepSettingTable = R"SQL(
+CREATE TABLE IF NOT EXISTS step_setting(
+  step_id INTEGER NOT NULL REFERENCES step_procedure(step_id),
+  name TEXT NOT NULL,
+  number REAL,
+  text TEXT,
+  PRIMARY KEY(step_id, name)) WITHOUT ROWID)SQL";
+
 // The last rows of the tables that saves append to while large arrays are written: frames,
 // field outputs (table and name index), field blocks and arrays. Reading them after each chunk
 // keeps their pages at the warm end of SQLite's cache. Otherwise the chunks' pages push them out

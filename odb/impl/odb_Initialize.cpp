@@ -8,6 +8,7 @@
 #include "odb_OdbRepository.h"
 #include "odb_Startup.h"
 #include "odb_WipReporter.h"
+#include "oif_Initialize.h"
 #include "store_LargeAllocator.h"
 #include "store_Startup.h"
 #include "thr_ThreadSingleton.h"
@@ -23,6 +24,15 @@ void ReporterDown() {
   thr_ThreadSingleton<wip_WIP>::Instance().Uninstall();
 }
 
+// The input-deck generator counts its start-ups on a counter of its own.
+int g_inputDeckCount = 0;
+void InputDeckUp() {
+  oif_initialize(g_inputDeckCount);
+}
+void InputDeckDown() {
+  oif_finalize(g_inputDeckCount);
+}
+
 struct Module {
   const char* name;
   void (*up)();
@@ -32,6 +42,7 @@ struct Module {
 const Module kModules[] = {
     {"store", store_Startup, store_Shutdown},
     {"reporter", ReporterUp, ReporterDown},
+    {"input deck", InputDeckUp, InputDeckDown},
     {"schema conversion", dbcS_initialize, dbcS_finalize},
 };
 

@@ -15,6 +15,8 @@
 #include "odb_SectionCategoryData.h"
 #include "odb_SectionData.h"
 #include "odb_StepRepositoryData.h"
+#include "oif_Builder.h"
+#include "oif_ModelInfo.h"
 #include "store_Database.h"
 #include "thr_ThreadSingleton.h"
 #include "wip_WIP.h"
@@ -299,4 +301,14 @@ void odb_Odb::close() {
   // A database closed before is left alone: its name may belong to another one by now.
   if (!isOpen()) return;
   odb_OdbRepository::Instance().remove(m_data->name);
+}
+
+void odb_Odb::writeInput(const char* fileName) const {
+  RequireOpen(m_data);
+  oif_ModelInfo info(*this);
+  oif_Builder builder(info);
+  if (!builder.WriteInputFile(fileName ? fileName : ""))
+    odb_ThrowMessage(odb_String("Cannot write the input file '") + (fileName ? fileName : "") +
+                         "'.",
+                     kSource, 610);
 }

@@ -11,6 +11,8 @@
 #include "odb_HistoryData.h"
 #include "odb_Message.h"
 #include "odb_StepData.h"
+#include "odb_StepProcedureRecord.h"
+#include "store_StepProcedure.h"
 #include "odb_Util.h"
 
 const uti_LabelRow<odb_StepEnm> uti_LabelTable<odb_StepEnm, 1>::rows[] = {
@@ -191,6 +193,36 @@ double odb_Step::totalTime() const {
 
 odb_String odb_Step::previousStepName() const {
   return m_data ? m_data->previousStepName : EmptyStep().previousStepName;
+}
+
+void odb_StepData::ReadSettings() {
+  if (settingsRead) return;
+  odb_StepProcedure read;
+  read.timePeriod = timePeriod;
+  if (store) {
+    read = odb_Reading(Subject("procedure"), [&] {
+      const auto procedures = store_StepProcedures(*store);
+      const auto found = procedures.find(id);
+      return found == procedures.end() ? read : odb_ProcedureOf(found->second);
+    });
+  }
+  settings = read;
+  settingsRead = true;
+}
+
+odb_StepProcedure odb_Step::procedureSettings() const {
+  if (!m_data) return odb_StepProcedure();
+  m_data->ReadSettings();
+  return m_data->settings;
+}
+
+void odb_Step::setSolverInput(const odb_String& text) {
+  odb_StepData& step = Writable(m_data, 201);
+  step.ReadSettings();
+  odb_StepProcedure changed = step.settings;
+  changed.solverInput = text;
+  store_SetStepProcedure(*step.store, step.id, odb_ProcedureRecord(changed));
+  step.settings = changed;
 }
 
 odb_Frame odb_Step::Frame(int incrementNumber, double frameValue, const odb_String& description) {

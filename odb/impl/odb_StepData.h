@@ -21,6 +21,7 @@
 #include "odb_Repository.h"
 #include "odb_SequenceFrame.h"
 #include "odb_Step.h"
+#include "odb_StepProcedure.h"
 #include "odb_String.h"
 #include "store_Database.h"
 
@@ -34,6 +35,11 @@ struct odb_StepData {
   double totalTime = 0.0;
   odb_String previousStepName;
   odb_String procedure;
+  // The procedure's kind and settings, read on first use; UNSPECIFIED (with the step's time
+  // period) for a step stored without them.
+  bool settingsRead = false;
+  odb_StepProcedure settings;
+  void ReadSettings();
 
   bool framesRead = false;
   std::vector<store_FrameRecord> frames;
@@ -83,6 +89,7 @@ odb_HistoryRegion& odb_AddHistoryRegion(odb_StepData& step, const odb_String& na
 // Makes step handles and their frame sequences from the implementation.
 struct odb_StepAccess {
   static odb_Step Make(std::shared_ptr<odb_StepData> data) { return odb_Step(std::move(data)); }
+  static const std::shared_ptr<odb_StepData>& Data(const odb_Step& step) { return step.m_data; }
 };
 struct odb_SequenceFrameAccess {
   static odb_SequenceFrame Make(std::shared_ptr<odb_StepData> step) {

@@ -9,9 +9,11 @@
 #include "odb_Exception.h"
 #include "odb_Message.h"
 #include "odb_StepData.h"
+#include "odb_StepProcedureRecord.h"
 #include "odb_StepRepositoryData.h"
 #include "odb_Util.h"
 #include "store_Database.h"
+#include "store_StepProcedure.h"
 
 const uti_LabelRow<odb_StepRepositoryEnm> uti_LabelTable<odb_StepRepositoryEnm, 1>::rows[] = {
     {"No step named \"%s\" in StepContainer.", "odb_StepRepository_MSGID_00",
@@ -99,24 +101,31 @@ bool odb_StepRepository::Update() {
 
 odb_Step& odb_StepRepository::StaticStep(const odb_String& name, const odb_String& description,
                                          const odb_String& previousStepName) {
-  return ProcedureStep(name, description, previousStepName, "*STATIC");
+  odb_StepProcedure procedure;
+  procedure.kind = odb_StepProcedure::STATIC;
+  return Step(name, description, previousStepName, procedure);
 }
 
 odb_Step& odb_StepRepository::StaticLinearPerturbationStep(const odb_String& name,
                                                            const odb_String& description,
                                                            const odb_String& previousStepName) {
-  return ProcedureStep(name, description, previousStepName, "*STATIC, PERTURBATION");
+  odb_StepProcedure procedure;
+  procedure.kind = odb_StepProcedure::STATIC;
+  procedure.perturbation = true;
+  return Step(name, description, previousStepName, procedure);
 }
 
 odb_Step& odb_StepRepository::HeatTransferStep(const odb_String& name,
                                                const odb_String& description,
                                                const odb_String& previousStepName) {
-  return ProcedureStep(name, description, previousStepName, "*HEAT TRANSFER");
+  odb_StepProcedure procedure;
+  procedure.kind = odb_StepProcedure::HEAT_TRANSFER;
+  return Step(name, description, previousStepName, procedure);
 }
 
-odb_Step& odb_StepRepository::ProcedureStep(const odb_String& name, const odb_String& description,
-                                            const odb_String& previousStepName,
-                                            const char* procedure) {
+odb_Step& odb_StepRepository::Step(const odb_String& name, const odb_String& description,
+                                   const odb_String& previousStepName,
+                                   const odb_StepProcedure& procedure) {
   RefuseEmptyName(name, 118);
   double totalTime = 0.0;
   if (!previousStepName.Empty()) {
@@ -128,7 +137,27 @@ odb_Step& odb_StepRepository::ProcedureStep(const odb_String& name, const odb_St
     const odb_Step& previous = constGet(previousStepName);
     totalTime = previous.totalTime() + previous.timePeriod();
   }
-  const double timePeriod = 1.0;
-  return AddStep(name, description, odb_Enum::TIME, timePeriod, previousStepName, procedure,
-                 totalTime);
+  if (isMember(name))
+    odb_ThrowMessage(odb_CatalogueMessage(odb_StepRepository_ALREADY_EXISTS, {name}), kSource,
+                     127);
+  const bool initialFirst = procedure.kind != odb_StepProcedure::INITIAL || size() == 0;
+  if (!odb_IsProcedureKind(procedure.kind) || procedure.kind == odb_StepProcedure::UNSPECIFIED ||
+      !initialFirst)
+    odb_ThrowMessage("Invalid procedure kind.", kSource, 129);
+  return AddProcedureStep(name, description, previousStepName, procedure, totalTime);
+}
+
+odb_Step& odb_StepRepository::AddProcedureStep(const odb_String& name,
+                                               const odb_String& description,
+                                               const odb_String& previousStepName,
+                                               const odb_StepProcedure& procedure,
+                                               double totalTime) {
+  odb_Step& step = AddStep(name, description, odb_ProcedureDomain(procedure),
+                           procedure.timePeriod, previousStepName,
+                           odb_String(odb_ProcedureText(procedure)), totalTime);
+  odb_StepData& data = *odb_StepAccess::Data(step);
+  store_SetStepProcedure(*data.store, data.id, odb_ProcedureRecord(procedure));
+  data.settings = procedure;
+  data.settingsRead = true;
+  return step;
 }

@@ -3,9 +3,9 @@
 
 Usage: check_layers.py ROOT CHECK [ARGS...]; exits 1, naming each offending file, when the
 check fails. The checks:
-  store-includes         no file of store/ includes a header of odb/impl or dbc/sch/impl
+  store-includes         no file of store/ includes a header of odb/impl, oif/impl or dbc/sch/impl
   public-headers         no public header names a store type or includes an internal header
-  sql-in-store           no file of odb/ or dbc/ runs SQL or calls SQLite
+  sql-in-store           no file of odb/, oif/ or dbc/ runs SQL or calls SQLite
   header-budget CXX N    #include <odb_API.h> preprocesses to at most N lines
   exported-symbols LIB   the shared library exports no store_ symbol
   test-names             each unit test file mirrors a source file of the same folder, and its
@@ -36,13 +36,13 @@ def headers_of(root, *folders):
 
 
 def store_includes(root):
-    internal = headers_of(root, "odb/impl", "dbc/sch/impl")
+    internal = headers_of(root, "odb/impl", "oif/impl", "dbc/sch/impl")
     return [f"{path} includes {inc}" for path, text in sources(root, "store")
             for inc in INCLUDE.findall(text) if os.path.basename(inc) in internal]
 
 
 def public_headers(root):
-    internal = headers_of(root, "odb/impl", "dbc/sch/impl", "store")
+    internal = headers_of(root, "odb/impl", "oif/impl", "dbc/sch/impl", "store")
     found = []
     for path, text in sources(root, "include"):
         found += [f"{path} includes {inc}" for inc in INCLUDE.findall(text)
@@ -53,7 +53,7 @@ def public_headers(root):
 
 
 def sql_in_store(root):
-    return [path for path, text in sources(root, "odb", "dbc")
+    return [path for path, text in sources(root, "odb", "oif", "dbc")
             if re.search(r"sqlite3|Sql\(", text)]
 
 
@@ -74,7 +74,7 @@ def exported_symbols(root, library):
     return [line for line in out.splitlines() if "store_" in line]
 
 
-TESTED_FOLDERS = ("include", "uti", "store", "odb", "dbc")
+TESTED_FOLDERS = ("include", "uti", "store", "odb", "oif", "dbc")
 # The object model's and the schema conversion's prefixes are left out of suite names; the
 # others stay, so that store_Mesh and odb_Mesh do not share a suite.
 DROPPED_PREFIXES = ("odb", "dbcS")

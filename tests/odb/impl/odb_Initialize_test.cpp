@@ -29,12 +29,12 @@ TEST(Initialize, NestedCallsStartOnceAndStopInReverseOrder) {
   EXPECT_EQ(count, 1);
   odb_finalize(count);
   EXPECT_TRUE(odb_isInitialized());
-  EXPECT_EQ(Events(), (std::vector<std::string>{"+store", "+reporter", "+schema conversion"}));
+  EXPECT_EQ(Events(), (std::vector<std::string>{"+store", "+reporter", "+input deck", "+schema conversion"}));
   odb_finalize(count);
   EXPECT_FALSE(odb_isInitialized());
   EXPECT_EQ(count, 0);
-  EXPECT_EQ(Events(), (std::vector<std::string>{"+store", "+reporter", "+schema conversion",
-                                                "-schema conversion", "-reporter", "-store"}));
+  EXPECT_EQ(Events(), (std::vector<std::string>{"+store", "+reporter", "+input deck", "+schema conversion",
+                                                "-schema conversion", "-input deck", "-reporter", "-store"}));
   odb_finalize(count);
   EXPECT_EQ(count, 0) << "an unmatched finalize does nothing";
   odb_SetModuleObserver(previous);

@@ -1,0 +1,6 @@
+#include "oif_Components.h"
+
+// The model stores nothing of this kind yet: every level query gives an empty list.
+void oif_FieldBuilder::Prepare() {
+  Clear();
+}
