@@ -1,0 +1,71 @@
+// odb: the command-line tool over result databases: info, dump, diff and export.
+//
+// Every subcommand reads through the library's public interface only. Whatever goes wrong ends in
+// one line on standard error naming what was asked and what exists, and exit status 2; diff
+// alone uses 1, for files that differ.
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <iostream>
+#include <string>
+
+#include "odb_API.h"
+#include "tool_Common.h"
+#include "tool_Info.h"
+
+namespace {
+
+// One line: the library's messages may hold line breaks.
+std::string OneLine(std::string text) {
+  for (char& c : text)
+    if (c == '\n') c = ' ';
+  while (!text.empty() && text.back() == ' ') text.pop_back();
+  return text;
+}
+
+int Fail(const std::string& text) {
+  std::cerr << "odb: " << OneLine(text) << '\n';
+  return 2;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app{"Inspect, dump, compare and export result databases."};
+  app.require_subcommand(1);
+  app.set_version_flag("--version", std::string(QTVODB_VERSION_STRING));
+
+  std::string file;
+  bool json = false;
+  CLI::App* info = app.add_subcommand("info", "What the file holds, in a screenful.");
+  info->add_option("FILE", file, "the database")->required();
+  info->add_flag("--json", json, "the same as JSON, for scripts");
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::CallForHelp& e) {
+    return app.exit(e);
+  } catch (const CLI::CallForVersion& e) {
+    return app.exit(e);
+  } catch (const CLI::ParseError& e) {
+    std::cerr << "odb: " << OneLine(e.what()) << " (odb --help lists the subcommands)\n";
+    return 2;
+  }
+
+  odb_initializeAPI();
+  int status = 0;
+  try {
+    if (info->parsed()) tool_Info(file, json, std::cout);
+    std::cout.flush();
+    if (!std::cout) status = Fail("cannot write the output");
+  } catch (const tool_Error& e) {
+    status = Fail(e.what());
+  } catch (const odb_Exception& e) {
+    status = Fail(tool_Str(e.JournalMessage()));
+  } catch (const std::exception& e) {
+    status = Fail(e.what());
+  }
+  odb_finalizeAPI();
+  return status;
+}
