@@ -12,6 +12,7 @@
 
 #include "odb_API.h"
 #include "tool_Common.h"
+#include "tool_Dump.h"
 #include "tool_Info.h"
 
 namespace {
@@ -42,6 +43,21 @@ int main(int argc, char** argv) {
   info->add_option("FILE", file, "the database")->required();
   info->add_flag("--json", json, "the same as JSON, for scripts");
 
+  bool quiet = false;
+  app.add_flag("--quiet,-q", quiet, "no progress line, even on a terminal");
+
+  tool_DumpRequest dump;
+  CLI::App* dumpCommand = app.add_subcommand("dump", "One field of one frame as CSV.");
+  dumpCommand->add_option("FILE", dump.path, "the database")->required();
+  dumpCommand->add_option("--step", dump.step, "the step's name")->required();
+  dumpCommand->add_option("--frame", dump.frame, "the frame: 0 the first, -1 the last")
+      ->required();
+  dumpCommand->add_option("--field", dump.field, "the field output's name")->required();
+  dumpCommand->add_option("--position", dump.position,
+                          "only values at this position (NODAL, INTEGRATION_POINT, "
+                          "ELEMENT_NODAL, CENTROID, WHOLE_ELEMENT)");
+  dumpCommand->add_option("--instance", dump.instance, "only values of this instance");
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp& e) {
@@ -54,9 +70,15 @@ int main(int argc, char** argv) {
   }
 
   odb_initializeAPI();
+  // The library's progress landmarks would mix with the tool's output: the tool has its own.
+  odb_WipReporter::GenerateWipMessages(false);
   int status = 0;
   try {
     if (info->parsed()) tool_Info(file, json, std::cout);
+    if (dumpCommand->parsed()) {
+      dump.quiet = quiet;
+      tool_Dump(dump, stdout);
+    }
     std::cout.flush();
     if (!std::cout) status = Fail("cannot write the output");
   } catch (const tool_Error& e) {
