@@ -12,6 +12,7 @@
 
 #include "odb_API.h"
 #include "tool_Common.h"
+#include "tool_Diff.h"
 #include "tool_Dump.h"
 #include "tool_Info.h"
 
@@ -58,6 +59,24 @@ int main(int argc, char** argv) {
                           "ELEMENT_NODAL, CENTROID, WHOLE_ELEMENT)");
   dumpCommand->add_option("--instance", dump.instance, "only values of this instance");
 
+  tool_DiffRequest diff;
+  std::string toleranceFile;
+  std::vector<std::string> perVariable;
+  double absolute = -1, relative = -1;
+  CLI::App* diffCommand = app.add_subcommand(
+      "diff", "Compare two files; exit status 0 same within tolerance, 1 different, 2 error.");
+  diffCommand->add_option("A", diff.a, "the first database")->required();
+  diffCommand->add_option("B", diff.b, "the second database")->required();
+  diffCommand->add_option("--abs", absolute, "absolute tolerance of every variable")
+      ->check(CLI::NonNegativeNumber);
+  diffCommand->add_option("--rel", relative, "relative tolerance of every variable")
+      ->check(CLI::NonNegativeNumber);
+  diffCommand->add_option("--tol", perVariable,
+                          "tolerance of one variable, NAME=ABS,REL (repeatable)");
+  diffCommand->add_option("--tolerances", toleranceFile,
+                          "a file of lines \"NAME ABS REL\" (\"*\" for the default)");
+  diffCommand->add_flag("--verbose,-v", diff.verbose, "also list the variables that are equal");
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp& e) {
@@ -75,6 +94,14 @@ int main(int argc, char** argv) {
   int status = 0;
   try {
     if (info->parsed()) tool_Info(file, json, std::cout);
+    if (diffCommand->parsed()) {
+      if (!toleranceFile.empty()) diff.tolerances.readFile(toleranceFile);
+      if (absolute >= 0) diff.tolerances.setDefaultAbsolute(absolute);
+      if (relative >= 0) diff.tolerances.setDefaultRelative(relative);
+      for (const std::string& t : perVariable) diff.tolerances.parseOption(t);
+      diff.quiet = quiet;
+      status = tool_Diff(diff, std::cout);
+    }
     if (dumpCommand->parsed()) {
       dump.quiet = quiet;
       tool_Dump(dump, stdout);

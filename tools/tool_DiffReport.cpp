@@ -1,0 +1,60 @@
+#include "tool_DiffReport.h"
+
+#include "tool_Common.h"
+
+tool_DiffReport::Variable& tool_DiffReport::Find(const std::string& kind,
+                                                 const std::string& name) {
+  auto it = m_variables.find(kind + " " + name);
+  if (it == m_variables.end()) {
+    it = m_variables.emplace(kind + " " + name, Variable()).first;
+    it->second.tolerance = m_tolerances.of(name);
+  }
+  return it->second;
+}
+
+int tool_DiffReport::write(std::ostream& out, bool verbose) const {
+  const std::size_t most = 40;
+  if (!m_structural.empty()) {
+    out << "structure (" << m_structural.size() << " differences):\n";
+    for (std::size_t i = 0; i < m_structural.size() && i < most; ++i)
+      out << "  " << m_structural[i] << '\n';
+    if (m_structural.size() > most)
+      out << "  and " << m_structural.size() - most << " more\n";
+  }
+  int outsideVariables = 0;
+  bool headed = false;
+  for (const auto& [key, v] : m_variables) {
+    if (v.outside) ++outsideVariables;
+    if (!v.hasWorst && !verbose) continue;
+    if (!headed) out << "values (largest difference of each variable):\n";
+    headed = true;
+    out << "  " << key << ": ";
+    if (!v.hasWorst) {
+      out << "equal, " << v.compared << " values\n";
+      continue;
+    }
+    out << v.outside << " of " << v.compared << " values outside " +
+                                                    tool_DescribeTolerance(v.tolerance)
+        << "; largest difference ";
+    if (std::isinf(v.worst))
+      out << "NaN against a number";
+    else
+      out << tool_FormatDouble(v.worst);
+    if (v.singlePrecision)
+      out << " (" << tool_FormatFloat(float(v.a)) << " against " << tool_FormatFloat(float(v.b));
+    else
+      out << " (" << tool_FormatDouble(v.a) << " against " << tool_FormatDouble(v.b);
+    const double scale = std::fmax(std::fabs(v.a), std::fabs(v.b));
+    if (std::isfinite(v.worst) && scale > 0)
+      out << ", relative " << tool_FormatDouble(v.worst / scale);
+    out << ") at " << v.where << '\n';
+  }
+  const bool differ = !m_structural.empty() || outsideVariables > 0;
+  if (differ)
+    out << "DIFFERENT: " << m_structural.size() << " differences of structure, "
+        << outsideVariables << " of " << m_variables.size()
+        << " variables outside their tolerance\n";
+  else
+    out << "SAME: " << m_variables.size() << " variables within their tolerance\n";
+  return differ ? 1 : 0;
+}
