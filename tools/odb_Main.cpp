@@ -14,6 +14,7 @@
 #include "tool_Common.h"
 #include "tool_Diff.h"
 #include "tool_Dump.h"
+#include "tool_Export.h"
 #include "tool_Info.h"
 
 namespace {
@@ -77,6 +78,14 @@ int main(int argc, char** argv) {
                           "a file of lines \"NAME ABS REL\" (\"*\" for the default)");
   diffCommand->add_flag("--verbose,-v", diff.verbose, "also list the variables that are equal");
 
+  tool_ExportRequest exportRequest;
+  CLI::App* exportCommand = app.add_subcommand(
+      "export", "The mesh and every frame's fields as VTK files (.vtu per frame, .pvd series).");
+  exportCommand->add_option("FILE", exportRequest.path, "the database")->required();
+  exportCommand->add_option("--format", exportRequest.format, "the format: vtu")->required();
+  exportCommand->add_option("OUT", exportRequest.folder, "the folder the files go to")
+      ->required();
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp& e) {
@@ -101,6 +110,11 @@ int main(int argc, char** argv) {
       for (const std::string& t : perVariable) diff.tolerances.parseOption(t);
       diff.quiet = quiet;
       status = tool_Diff(diff, std::cout);
+    }
+    if (exportCommand->parsed()) {
+      exportRequest.quiet = quiet;
+      const std::string pvd = tool_Export(exportRequest, std::cerr);
+      if (!quiet) std::cout << pvd << '\n';
     }
     if (dumpCommand->parsed()) {
       dump.quiet = quiet;

@@ -1,0 +1,338 @@
+#include "tool_Export.h"
+
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <limits>
+#include <map>
+#include <unordered_map>
+#include <vector>
+
+#include "tool_Common.h"
+#include "tool_Progress.h"
+#include "tool_Vtu.h"
+
+namespace {
+
+const float kNaN = std::numeric_limits<float>::quiet_NaN();
+
+// From a label to a position: a table over the labels' range when they are dense enough, else a
+// hash map. -1 for a label not held.
+class LabelIndex {
+ public:
+  void Build(const std::vector<int>& labels, const std::vector<int>& positions) {
+    if (labels.empty()) return;
+    int lo = labels[0], hi = labels[0];
+    for (int l : labels) lo = std::min(lo, l), hi = std::max(hi, l);
+    const double range = double(hi) - double(lo) + 1;
+    if (range <= 4.0 * labels.size() + 1024) {
+      m_first = lo;
+      m_table.assign(static_cast<std::size_t>(range), -1);
+      for (std::size_t i = 0; i < labels.size(); ++i)
+        m_table[static_cast<std::size_t>(labels[i] - lo)] = positions[i];
+    } else {
+      for (std::size_t i = 0; i < labels.size(); ++i) m_map[labels[i]] = positions[i];
+    }
+  }
+  int Find(int label) const {
+    if (!m_table.empty()) {
+      const long long i = static_cast<long long>(label) - m_first;
+      return i >= 0 && i < static_cast<long long>(m_table.size())
+                 ? m_table[static_cast<std::size_t>(i)]
+                 : -1;
+    }
+    const auto it = m_map.find(label);
+    return it == m_map.end() ? -1 : it->second;
+  }
+
+ private:
+  int m_first = 0;
+  std::vector<int> m_table;
+  std::unordered_map<int, int> m_map;
+};
+
+// One instance's share of the grid.
+struct InstancePiece {
+  std::string name;
+  LabelIndex points;    // node label -> point of the grid
+  LabelIndex elements;  // element label -> position in the instance
+  std::vector<int> cellOf;                  // element position -> cell of the grid, -1 left out
+  std::vector<std::size_t> nodesStart;      // element position -> start in nodePoints
+  std::vector<int> nodePoints;              // each element's nodes as points of the grid
+};
+
+struct Grid {
+  tool_VtuMesh mesh;
+  std::map<std::string, InstancePiece> instances;
+};
+
+Grid BuildGrid(odb_Odb& odb, std::ostream& notes) {
+  Grid grid;
+  std::map<std::string, std::size_t> leftOut;  // element type -> elements left out
+  for (odb_InstanceRepositoryIT it(odb.rootAssembly().instances()); !it.isDone(); it.next()) {
+    const odb_Instance& instance = it.currentValue();
+    InstancePiece& piece = grid.instances[tool_Str(instance.name())];
+    piece.name = tool_Str(instance.name());
+    const std::size_t nodes = static_cast<std::size_t>(instance.nodes().size());
+    const int firstPoint = static_cast<int>(grid.mesh.Points());
+    std::vector<int> labels(nodes), positions(nodes);
+    std::vector<float> xyz(3 * nodes);
+    instance.readNodes(labels, xyz);  // placed by the instance
+    grid.mesh.points.insert(grid.mesh.points.end(), xyz.begin(), xyz.end());
+    for (std::size_t i = 0; i < nodes; ++i) positions[i] = firstPoint + static_cast<int>(i);
+    piece.points.Build(labels, positions);
+
+    const odb_SequenceElement& elements = instance.elements();
+    const std::size_t count = static_cast<std::size_t>(elements.size());
+    std::vector<int> elementLabels(count), connectivity(instance.connectivityLength());
+    instance.readElements(elementLabels, connectivity);
+    std::vector<int> order(count);
+    for (std::size_t e = 0; e < count; ++e) order[e] = static_cast<int>(e);
+    piece.elements.Build(elementLabels, order);
+    piece.cellOf.assign(count, -1);
+    piece.nodesStart.resize(count + 1);
+    piece.nodePoints.resize(connectivity.size());
+    for (std::size_t i = 0; i < connectivity.size(); ++i)
+      piece.nodePoints[i] = piece.points.Find(connectivity[i]);
+
+    // Elements of one shape come in runs: look the cell up once per run.
+    odb_String runType;
+    tool_VtkCell cell;
+    std::size_t at = 0;
+    for (std::size_t e = 0; e < count; ++e) {
+      const odb_Element element = elements.element(static_cast<int>(e));
+      const int n = element.numberOfNodes();
+      piece.nodesStart[e] = at;
+      const odb_String type = element.type();
+      if (e == 0 || type != runType) {
+        cell = tool_VtkCellOf(element.geometryClass(), n);
+        runType = type;
+      }
+      if (cell.type == 0) {
+        ++leftOut[tool_Str(type)];
+      } else {
+        piece.cellOf[e] = static_cast<int>(grid.mesh.Cells());
+        for (int k : cell.order) grid.mesh.connectivity.push_back(piece.nodePoints[at + k]);
+        grid.mesh.offsets.push_back(static_cast<std::int32_t>(grid.mesh.connectivity.size()));
+        grid.mesh.types.push_back(cell.type);
+      }
+      at += static_cast<std::size_t>(n);
+    }
+    piece.nodesStart[count] = at;
+  }
+  for (const auto& [type, n] : leftOut)
+    notes << "odb export: element type " << type << " has no VTK cell; its " << n
+          << " elements are left out\n";
+  return grid;
+}
+
+// The arrays of one frame, in the order first met, found by name.
+class Arrays {
+ public:
+  tool_VtuArray* Get(const std::string& name, int components, std::size_t tuples) {
+    const auto it = m_index.find(name);
+    if (it != m_index.end())
+      return m_arrays[it->second].components == components ? &m_arrays[it->second] : nullptr;
+    m_index[name] = m_arrays.size();
+    m_arrays.push_back({name, components, std::vector<float>(tuples * components, kNaN)});
+    return &m_arrays.back();
+  }
+  std::vector<tool_VtuArray>& All() { return m_arrays; }
+
+ private:
+  std::vector<tool_VtuArray> m_arrays;
+  std::map<std::string, std::size_t> m_index;
+};
+
+std::string ArrayName(const std::string& field, const odb_FieldBulkData& block) {
+  const int sp = block.sectionPoint().number();
+  return sp > 0 ? field + " SP " + std::to_string(sp) : field;
+}
+
+bool IsElementPosition(odb_Enum::odb_ResultPositionEnum p) {
+  return p == odb_Enum::INTEGRATION_POINT || p == odb_Enum::CENTROID ||
+         p == odb_Enum::WHOLE_ELEMENT || p == odb_Enum::ELEMENT_NODAL;
+}
+
+// Turns a frame's fields into point and cell arrays over the grid.
+class FrameArrays {
+ public:
+  FrameArrays(const Grid& grid, tool_Progress& progress) : m_grid(grid), m_progress(progress) {}
+
+  void Field(const odb_FieldOutput& field, Arrays& points, Arrays& cells);
+
+ private:
+  // Reads a block into the buffers; null when its instance is not part of the grid.
+  const InstancePiece* Read(const odb_FieldBulkData& block);
+  void Nodal(const std::string& name, const odb_FieldBulkData& block, Arrays& points);
+  void Element(const std::string& name, const odb_FieldBulkData& block, Arrays& cells);
+  // Adds element-nodal values to sums and counts per point.
+  void Accumulate(const odb_FieldBulkData& block, std::vector<double>& sums,
+                  std::vector<int>& counts);
+
+  const Grid& m_grid;
+  tool_Progress& m_progress;
+  std::vector<int> m_labels;
+  std::vector<float> m_data;
+};
+
+const InstancePiece* FrameArrays::Read(const odb_FieldBulkData& block) {
+  const auto it = m_grid.instances.find(tool_Str(block.instance().name()));
+  if (it == m_grid.instances.end()) return nullptr;
+  m_labels.resize(static_cast<std::size_t>(block.numberOfLabels()));
+  m_data.resize(static_cast<std::size_t>(block.length()) * block.width());
+  block.readLabels(m_labels);
+  block.readData(m_data);
+  m_progress.addBytes(m_labels.size() * sizeof(int) + m_data.size() * sizeof(float));
+  return &it->second;
+}
+
+void FrameArrays::Nodal(const std::string& name, const odb_FieldBulkData& block, Arrays& points) {
+  const int width = block.width();
+  tool_VtuArray* array = points.Get(ArrayName(name, block), width, m_grid.mesh.Points());
+  const InstancePiece* piece = array ? Read(block) : nullptr;
+  if (!piece) return;
+  for (std::size_t i = 0; i < m_labels.size(); ++i) {
+    const int p = piece->points.Find(m_labels[i]);
+    if (p < 0) continue;
+    std::copy_n(&m_data[i * width], width, &array->values[static_cast<std::size_t>(p) * width]);
+  }
+}
+
+void FrameArrays::Element(const std::string& name, const odb_FieldBulkData& block,
+                          Arrays& cells) {
+  const int width = block.width(), per = block.valuesPerElement();
+  tool_VtuArray* array = cells.Get(ArrayName(name, block), width, m_grid.mesh.Cells());
+  const InstancePiece* piece = array ? Read(block) : nullptr;
+  if (!piece || per <= 0) return;
+  std::vector<double> sum(static_cast<std::size_t>(width));
+  for (std::size_t i = 0; i < m_labels.size(); ++i) {
+    const int e = piece->elements.Find(m_labels[i]);
+    if (e < 0 || piece->cellOf[static_cast<std::size_t>(e)] < 0) continue;
+    std::fill(sum.begin(), sum.end(), 0.0);
+    const float* row = &m_data[i * per * width];
+    for (int k = 0; k < per; ++k)
+      for (int c = 0; c < width; ++c) sum[c] += row[k * width + c];
+    float* out = &array->values[static_cast<std::size_t>(piece->cellOf[e]) * width];
+    for (int c = 0; c < width; ++c) out[c] = static_cast<float>(sum[c] / per);
+  }
+}
+
+void FrameArrays::Accumulate(const odb_FieldBulkData& block, std::vector<double>& sums,
+                             std::vector<int>& counts) {
+  const int width = block.width(), per = block.valuesPerElement();
+  const InstancePiece* piece = Read(block);
+  if (!piece) return;
+  for (std::size_t i = 0; i < m_labels.size(); ++i) {
+    const int e = piece->elements.Find(m_labels[i]);
+    if (e < 0) continue;
+    const std::size_t start = piece->nodesStart[e], nodes = piece->nodesStart[e + 1] - start;
+    const float* row = &m_data[i * per * width];
+    for (int k = 0; k < per && static_cast<std::size_t>(k) < nodes; ++k) {
+      const int p = piece->nodePoints[start + k];
+      if (p < 0) continue;
+      for (int c = 0; c < width; ++c) sums[static_cast<std::size_t>(p) * width + c] += row[k * width + c];
+      ++counts[p];
+    }
+  }
+}
+
+void FrameArrays::Field(const odb_FieldOutput& field, Arrays& points, Arrays& cells) {
+  const std::string name = tool_Str(field.name());
+  const odb_SequenceFieldBulkData& blocks = field.bulkDataBlocks();
+  bool nodal = false, elementNodal = false, integrationPoints = false;
+  for (int b = 0; b < blocks.size(); ++b) {
+    const odb_Enum::odb_ResultPositionEnum p = blocks[b].position();
+    if (p == odb_Enum::NODAL) {
+      nodal = true;
+      Nodal(name, blocks[b], points);
+    } else if (IsElementPosition(p)) {
+      elementNodal = elementNodal || p == odb_Enum::ELEMENT_NODAL;
+      integrationPoints = integrationPoints || p == odb_Enum::INTEGRATION_POINT;
+      Element(name, blocks[b], cells);
+    }
+  }
+  if (nodal || !(elementNodal || integrationPoints)) return;
+  // Element-nodal values, stored or extrapolated from the integration points, averaged at the
+  // nodes; one array per section point.
+  const odb_FieldOutput source = elementNodal ? field : field.getSubset(odb_Enum::ELEMENT_NODAL);
+  const odb_SequenceFieldBulkData& atNodes = source.bulkDataBlocks();
+  std::map<std::string, std::pair<std::vector<double>, std::vector<int>>> sums;
+  std::map<std::string, int> widths;
+  for (int b = 0; b < atNodes.size(); ++b) {
+    if (atNodes[b].position() != odb_Enum::ELEMENT_NODAL) continue;
+    const std::string array = ArrayName(name, atNodes[b]) + " (nodal average)";
+    auto& [s, n] = sums[array];
+    const int width = atNodes[b].width();
+    if (widths.emplace(array, width).first->second != width) continue;
+    s.resize(m_grid.mesh.Points() * width);
+    n.resize(m_grid.mesh.Points());
+    Accumulate(atNodes[b], s, n);
+  }
+  for (auto& [array, sn] : sums) {
+    const int width = widths[array];
+    tool_VtuArray* out = points.Get(array, width, m_grid.mesh.Points());
+    if (!out) continue;
+    for (std::size_t p = 0; p < sn.second.size(); ++p)
+      if (sn.second[p] > 0)
+        for (int c = 0; c < width; ++c)
+          out->values[p * width + c] = static_cast<float>(sn.first[p * width + c] / sn.second[p]);
+  }
+}
+
+std::string Stem(const std::string& path) {
+  const std::string stem = std::filesystem::path(path).stem().string();
+  return stem.empty() ? "odb" : stem;
+}
+
+}  // namespace
+
+std::string tool_Export(const tool_ExportRequest& request, std::ostream& notes) {
+  if (request.format != "vtu")
+    throw tool_Error("unknown format \"" + request.format + "\"; the formats are: vtu");
+  odb_Odb& odb = tool_Open(request.path);
+  std::error_code error;
+  std::filesystem::create_directories(request.folder, error);
+  if (error || !std::filesystem::is_directory(request.folder))
+    throw tool_Error("cannot make the folder \"" + request.folder + "\": " +
+                     (error ? error.message() : "a file of that name is in the way"));
+  const Grid grid = BuildGrid(odb, notes);
+
+  struct FrameRef {
+    odb_Step step;
+    int index;
+    double time;
+  };
+  std::vector<FrameRef> frames;
+  for (odb_StepRepositoryIT it(odb.steps()); !it.isDone(); it.next()) {
+    const odb_Step& step = it.currentValue();
+    const double start = std::max(step.totalTime(), 0.0);
+    for (int f = 0; f < step.frames().size(); ++f)
+      frames.push_back({step, f, start + step.frames(f).frameValue()});
+  }
+
+  const std::string stem = Stem(request.path);
+  const std::filesystem::path folder(request.folder);
+  std::vector<std::pair<double, std::string>> series;
+  tool_Progress progress("export", "frame", static_cast<int>(frames.size()), request.quiet);
+  FrameArrays make(grid, progress);
+  char number[32];
+  for (std::size_t i = 0; i < frames.size() || (frames.empty() && i == 0); ++i) {
+    Arrays points, cells;
+    if (!frames.empty()) {
+      const odb_Frame& frame = frames[i].step.frames(frames[i].index);
+      for (odb_FieldOutputRepositoryIT it(frame.fieldOutputs()); !it.isDone(); it.next())
+        make.Field(it.currentValue(), points, cells);
+    }
+    std::snprintf(number, sizeof number, "_%04zu.vtu", i);
+    const std::string file = stem + number;
+    progress.addBytes(tool_WriteVtu((folder / file).string(), grid.mesh, points.All(), cells.All()));
+    series.emplace_back(frames.empty() ? 0.0 : frames[i].time, file);
+    progress.done();
+  }
+  const std::string pvd = (folder / (stem + ".pvd")).string();
+  tool_WritePvd(pvd, series);
+  progress.finish();
+  closeOdb(odb);
+  return pvd;
+}
