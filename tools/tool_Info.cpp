@@ -354,7 +354,7 @@ void WriteText(const Report& r, std::ostream& out) {
   out << "steps (" << r.steps.size() << "):\n";
   for (const StepInfo& s : r.steps) {
     out << "  " << s.name << " (" << s.domain << ", " << s.procedure << "): " << s.frames.size()
-        << " frames";
+        << (s.frames.size() == 1 ? " frame" : " frames");
     if (!s.frames.empty())
       out << ", values " << tool_FormatFloat(s.frames.front().value) << " to "
           << tool_FormatFloat(s.frames.back().value);

@@ -3,7 +3,7 @@
 // Two values agree when they are equal (infinities of one sign included), when both are NaN, or
 // when their difference is within the absolute tolerance or within the relative tolerance times
 // the larger magnitude of the two: |a - b| <= abs, or |a - b| <= rel * max(|a|, |b|). A NaN
-// against a number never agrees. Zero tolerances ask for equality.
+// against a number, and an infinity against anything but itself, never agree. Zero tolerances ask for equality.
 //
 // A variable is a field or history output name (S, U, RF2), or one of the model's quantities:
 // "coordinates" (node coordinates), "frame_value" and "history_time". Its tolerance is the first
@@ -33,6 +33,7 @@ struct tool_Tolerance {
 inline bool tool_Agree(double a, double b, const tool_Tolerance& t) {
   if (a == b) return true;
   if (std::isnan(a) || std::isnan(b)) return std::isnan(a) && std::isnan(b);
+  if (std::isinf(a) || std::isinf(b)) return false;  // else inf - x would be within rel * inf
   const double d = std::fabs(a - b);
   return d <= t.absolute || d <= t.relative * std::fmax(std::fabs(a), std::fabs(b));
 }
