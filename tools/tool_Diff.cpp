@@ -2,6 +2,7 @@
 #include "tool_Diff.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <map>
 #include <set>
 #include <vector>
@@ -228,7 +229,9 @@ void tool_DiffResults(odb_Odb& a, odb_Odb& b, tool_DiffReport& report, bool quie
 
 int tool_Diff(const tool_DiffRequest& request, std::ostream& out) {
   odb_Odb& a = tool_Open(request.a);
-  odb_Odb& b = tool_Open(request.b);
+  // A file compared with itself is opened once: the library keeps one database per path.
+  std::error_code error;
+  odb_Odb& b = std::filesystem::equivalent(request.a, request.b, error) ? a : tool_Open(request.b);
   tool_DiffReport report(request.tolerances);
   tool_DiffModel(a, b, report);
   tool_DiffResults(a, b, report, request.quiet);
