@@ -5,10 +5,12 @@
 #include <filesystem>
 #include <limits>
 #include <map>
+#include <tuple>
 #include <unordered_map>
 #include <vector>
 
 #include "tool_Common.h"
+#include "tool_Extrapolation.h"
 #include "tool_Progress.h"
 #include "tool_Vtu.h"
 
@@ -59,6 +61,7 @@ struct InstancePiece {
   std::vector<int> cellOf;                  // element position -> cell of the grid, -1 left out
   std::vector<std::size_t> nodesStart;      // element position -> start in nodePoints
   std::vector<int> nodePoints;              // each element's nodes as points of the grid
+  std::vector<std::uint8_t> geometry;       // element position -> its geometry class
 };
 
 struct Grid {
@@ -90,6 +93,7 @@ Grid BuildGrid(odb_Odb& odb, std::ostream& notes) {
     for (std::size_t e = 0; e < count; ++e) order[e] = static_cast<int>(e);
     piece.elements.Build(elementLabels, order);
     piece.cellOf.assign(count, -1);
+    piece.geometry.resize(count);
     piece.nodesStart.resize(count + 1);
     piece.nodePoints.resize(connectivity.size());
     for (std::size_t i = 0; i < connectivity.size(); ++i)
@@ -103,6 +107,7 @@ Grid BuildGrid(odb_Odb& odb, std::ostream& notes) {
       const odb_Element element = elements.element(static_cast<int>(e));
       const int n = element.numberOfNodes();
       piece.nodesStart[e] = at;
+      piece.geometry[e] = static_cast<std::uint8_t>(element.geometryClass());
       const odb_String type = element.type();
       if (e == 0 || type != runType) {
         cell = tool_VtkCellOf(element.geometryClass(), n);
@@ -154,7 +159,15 @@ bool IsElementPosition(odb_Enum::odb_ResultPositionEnum p) {
          p == odb_Enum::WHOLE_ELEMENT || p == odb_Enum::ELEMENT_NODAL;
 }
 
-// Turns a frame's fields into point and cell arrays over the grid.
+// Sums of values at the points, and how many values each sum holds, for a nodal average.
+struct NodeSums {
+  int width = 0;
+  std::vector<double> sums;
+  std::vector<int> counts;
+};
+
+// Turns a frame's fields into point and cell arrays over the grid. Each block is read once, into
+// buffers reused from block to block.
 class FrameArrays {
  public:
   FrameArrays(const Grid& grid, tool_Progress& progress) : m_grid(grid), m_progress(progress) {}
@@ -165,15 +178,18 @@ class FrameArrays {
   // Reads a block into the buffers; null when its instance is not part of the grid.
   const InstancePiece* Read(const odb_FieldBulkData& block);
   void Nodal(const std::string& name, const odb_FieldBulkData& block, Arrays& points);
-  void Element(const std::string& name, const odb_FieldBulkData& block, Arrays& cells);
-  // Adds element-nodal values to sums and counts per point.
-  void Accumulate(const odb_FieldBulkData& block, std::vector<double>& sums,
-                  std::vector<int>& counts);
+  // The element means as cell data and, when `sums` is given, the values at the element's nodes
+  // (stored, or extrapolated from its integration points) added to the sums.
+  void Element(const std::string& name, const odb_FieldBulkData& block, Arrays& cells,
+               NodeSums* sums);
+  const tool_Extrapolator& ExtrapolatorOf(int geometry, int nodes, int points);
 
   const Grid& m_grid;
   tool_Progress& m_progress;
   std::vector<int> m_labels;
   std::vector<float> m_data;
+  std::vector<double> m_nodeValues;
+  std::map<std::tuple<int, int, int>, tool_Extrapolator> m_extrapolators;
 };
 
 const InstancePiece* FrameArrays::Read(const odb_FieldBulkData& block) {
@@ -185,6 +201,18 @@ const InstancePiece* FrameArrays::Read(const odb_FieldBulkData& block) {
   block.readData(m_data);
   m_progress.addBytes(m_labels.size() * sizeof(int) + m_data.size() * sizeof(float));
   return &it->second;
+}
+
+const tool_Extrapolator& FrameArrays::ExtrapolatorOf(int geometry, int nodes, int points) {
+  const auto key = std::make_tuple(geometry, nodes, points);
+  auto it = m_extrapolators.find(key);
+  if (it == m_extrapolators.end())
+    it = m_extrapolators
+             .emplace(key, tool_ExtrapolatorOf(
+                               static_cast<odb_Enum::odb_ElementGeometryClass>(geometry), nodes,
+                               points))
+             .first;
+  return it->second;
 }
 
 void FrameArrays::Nodal(const std::string& name, const odb_FieldBulkData& block, Arrays& points) {
@@ -200,39 +228,53 @@ void FrameArrays::Nodal(const std::string& name, const odb_FieldBulkData& block,
 }
 
 void FrameArrays::Element(const std::string& name, const odb_FieldBulkData& block,
-                          Arrays& cells) {
+                          Arrays& cells, NodeSums* sums) {
   const int width = block.width(), per = block.valuesPerElement();
+  const bool atNodes = block.position() == odb_Enum::ELEMENT_NODAL;
   tool_VtuArray* array = cells.Get(ArrayName(name, block), width, m_grid.mesh.Cells());
   const InstancePiece* piece = array ? Read(block) : nullptr;
   if (!piece || per <= 0) return;
-  std::vector<double> sum(static_cast<std::size_t>(width));
-  for (std::size_t i = 0; i < m_labels.size(); ++i) {
-    const int e = piece->elements.Find(m_labels[i]);
-    if (e < 0 || piece->cellOf[static_cast<std::size_t>(e)] < 0) continue;
-    std::fill(sum.begin(), sum.end(), 0.0);
-    const float* row = &m_data[i * per * width];
-    for (int k = 0; k < per; ++k)
-      for (int c = 0; c < width; ++c) sum[c] += row[k * width + c];
-    float* out = &array->values[static_cast<std::size_t>(piece->cellOf[e]) * width];
-    for (int c = 0; c < width; ++c) out[c] = static_cast<float>(sum[c] / per);
+  if (sums && sums->sums.empty()) {
+    sums->width = width;
+    sums->sums.assign(m_grid.mesh.Points() * width, 0.0);
+    sums->counts.assign(m_grid.mesh.Points(), 0);
   }
-}
-
-void FrameArrays::Accumulate(const odb_FieldBulkData& block, std::vector<double>& sums,
-                             std::vector<int>& counts) {
-  const int width = block.width(), per = block.valuesPerElement();
-  const InstancePiece* piece = Read(block);
-  if (!piece) return;
+  if (sums && sums->width != width) sums = nullptr;
+  std::vector<double> mean(static_cast<std::size_t>(width));
   for (std::size_t i = 0; i < m_labels.size(); ++i) {
     const int e = piece->elements.Find(m_labels[i]);
     if (e < 0) continue;
-    const std::size_t start = piece->nodesStart[e], nodes = piece->nodesStart[e + 1] - start;
-    const float* row = &m_data[i * per * width];
-    for (int k = 0; k < per && static_cast<std::size_t>(k) < nodes; ++k) {
-      const int p = piece->nodePoints[start + k];
+    const float* rows = &m_data[i * per * width];
+    const int cell = piece->cellOf[static_cast<std::size_t>(e)];
+    if (cell >= 0) {
+      std::fill(mean.begin(), mean.end(), 0.0);
+      for (int k = 0; k < per; ++k)
+        for (int c = 0; c < width; ++c) mean[c] += rows[k * width + c];
+      float* out = &array->values[static_cast<std::size_t>(cell) * width];
+      for (int c = 0; c < width; ++c) out[c] = static_cast<float>(mean[c] / per);
+    }
+    if (!sums) continue;
+    const std::size_t start = piece->nodesStart[e];
+    const int nodes = static_cast<int>(piece->nodesStart[e + 1] - start);
+    m_nodeValues.assign(static_cast<std::size_t>(nodes) * width, 0.0);
+    if (atNodes) {
+      if (per != nodes) continue;
+      for (std::size_t v = 0; v < m_nodeValues.size(); ++v) m_nodeValues[v] = rows[v];
+    } else {
+      const tool_Extrapolator& x = ExtrapolatorOf(piece->geometry[e], nodes, per);
+      if (x.nodes != nodes) continue;
+      for (int n = 0; n < nodes; ++n)
+        for (int k = 0; k < per; ++k) {
+          const double w = x.weights[n * per + k];
+          for (int c = 0; c < width; ++c) m_nodeValues[n * width + c] += w * rows[k * width + c];
+        }
+    }
+    for (int n = 0; n < nodes; ++n) {
+      const int p = piece->nodePoints[start + n];
       if (p < 0) continue;
-      for (int c = 0; c < width; ++c) sums[static_cast<std::size_t>(p) * width + c] += row[k * width + c];
-      ++counts[p];
+      double* sum = &sums->sums[static_cast<std::size_t>(p) * width];
+      for (int c = 0; c < width; ++c) sum[c] += m_nodeValues[n * width + c];
+      ++sums->counts[p];
     }
   }
 }
@@ -240,43 +282,33 @@ void FrameArrays::Accumulate(const odb_FieldBulkData& block, std::vector<double>
 void FrameArrays::Field(const odb_FieldOutput& field, Arrays& points, Arrays& cells) {
   const std::string name = tool_Str(field.name());
   const odb_SequenceFieldBulkData& blocks = field.bulkDataBlocks();
-  bool nodal = false, elementNodal = false, integrationPoints = false;
+  bool nodal = false, elementNodal = false;
+  for (int b = 0; b < blocks.size(); ++b) {
+    nodal = nodal || blocks[b].position() == odb_Enum::NODAL;
+    elementNodal = elementNodal || blocks[b].position() == odb_Enum::ELEMENT_NODAL;
+  }
+  // Nodal averages of a field without nodal values of its own, from its element-nodal values
+  // when it has them, else from its integration points; one array per section point.
+  std::map<std::string, NodeSums> averages;
   for (int b = 0; b < blocks.size(); ++b) {
     const odb_Enum::odb_ResultPositionEnum p = blocks[b].position();
     if (p == odb_Enum::NODAL) {
-      nodal = true;
       Nodal(name, blocks[b], points);
     } else if (IsElementPosition(p)) {
-      elementNodal = elementNodal || p == odb_Enum::ELEMENT_NODAL;
-      integrationPoints = integrationPoints || p == odb_Enum::INTEGRATION_POINT;
-      Element(name, blocks[b], cells);
+      const bool averaged = !nodal && (p == odb_Enum::ELEMENT_NODAL ||
+                                       (p == odb_Enum::INTEGRATION_POINT && !elementNodal));
+      Element(name, blocks[b], cells,
+              averaged ? &averages[ArrayName(name, blocks[b]) + " (nodal average)"] : nullptr);
     }
   }
-  if (nodal || !(elementNodal || integrationPoints)) return;
-  // Element-nodal values, stored or extrapolated from the integration points, averaged at the
-  // nodes; one array per section point.
-  const odb_FieldOutput source = elementNodal ? field : field.getSubset(odb_Enum::ELEMENT_NODAL);
-  const odb_SequenceFieldBulkData& atNodes = source.bulkDataBlocks();
-  std::map<std::string, std::pair<std::vector<double>, std::vector<int>>> sums;
-  std::map<std::string, int> widths;
-  for (int b = 0; b < atNodes.size(); ++b) {
-    if (atNodes[b].position() != odb_Enum::ELEMENT_NODAL) continue;
-    const std::string array = ArrayName(name, atNodes[b]) + " (nodal average)";
-    auto& [s, n] = sums[array];
-    const int width = atNodes[b].width();
-    if (widths.emplace(array, width).first->second != width) continue;
-    s.resize(m_grid.mesh.Points() * width);
-    n.resize(m_grid.mesh.Points());
-    Accumulate(atNodes[b], s, n);
-  }
-  for (auto& [array, sn] : sums) {
-    const int width = widths[array];
-    tool_VtuArray* out = points.Get(array, width, m_grid.mesh.Points());
+  for (const auto& [array, a] : averages) {
+    if (a.sums.empty()) continue;
+    tool_VtuArray* out = points.Get(array, a.width, m_grid.mesh.Points());
     if (!out) continue;
-    for (std::size_t p = 0; p < sn.second.size(); ++p)
-      if (sn.second[p] > 0)
-        for (int c = 0; c < width; ++c)
-          out->values[p * width + c] = static_cast<float>(sn.first[p * width + c] / sn.second[p]);
+    for (std::size_t p = 0; p < a.counts.size(); ++p)
+      if (a.counts[p] > 0)
+        for (int c = 0; c < a.width; ++c)
+          out->values[p * a.width + c] = static_cast<float>(a.sums[p * a.width + c] / a.counts[p]);
   }
 }
 

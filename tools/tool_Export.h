@@ -4,8 +4,8 @@
 // Nodal fields become point data. Element fields become cell data: the values at an element's
 // integration points (or nodes) averaged, its centroid or whole-element value as it is. Values
 // at integration points are also extrapolated to the element's nodes where the element type
-// allows it, and averaged at each node over the elements around it, as point data named
-// "NAME (nodal average)". A field at a section point gets " SP n" after its name. Points and cells
+// allows it (tool_Extrapolation.h), and averaged at each node over the elements around it, as
+// point data named "NAME (nodal average)"; element-nodal values are averaged the same way. A field at a section point gets " SP n" after its name. Points and cells
 // without a value hold NaN. Elements that VTK has no cell for are left out, and said once per
 // type.
 #ifndef TOOL_EXPORT_H
