@@ -159,6 +159,44 @@ bool IsElementPosition(odb_Enum::odb_ResultPositionEnum p) {
          p == odb_Enum::WHOLE_ELEMENT || p == odb_Enum::ELEMENT_NODAL;
 }
 
+// Extrapolation weights in single precision, as the values they multiply.
+struct Weights {
+  int nodes = 0;
+  std::vector<float> weights;  // nodes x points
+};
+
+// out (nodes x W) = weights (nodes x per) times rows (per x W). A fixed width lets the compiler
+// keep a node's sums in registers and unroll the components: this loop is most of an export's
+// arithmetic.
+template <int W>
+void ExtrapolateFixed(const float* weights, int nodes, int per, const float* rows, float* out) {
+  for (int n = 0; n < nodes; ++n) {
+    float sum[W] = {};
+    for (int k = 0; k < per; ++k) {
+      const float w = weights[n * per + k];
+      for (int c = 0; c < W; ++c) sum[c] += w * rows[k * W + c];
+    }
+    for (int c = 0; c < W; ++c) out[n * W + c] = sum[c];
+  }
+}
+
+void Extrapolate(const float* weights, int nodes, int per, int width, const float* rows,
+                 float* out) {
+  switch (width) {
+    case 1: return ExtrapolateFixed<1>(weights, nodes, per, rows, out);
+    case 3: return ExtrapolateFixed<3>(weights, nodes, per, rows, out);
+    case 4: return ExtrapolateFixed<4>(weights, nodes, per, rows, out);
+    case 6: return ExtrapolateFixed<6>(weights, nodes, per, rows, out);
+    default:
+      for (int n = 0; n < nodes; ++n)
+        for (int c = 0; c < width; ++c) {
+          float sum = 0;
+          for (int k = 0; k < per; ++k) sum += weights[n * per + k] * rows[k * width + c];
+          out[n * width + c] = sum;
+        }
+  }
+}
+
 // Sums of values at the points, and how many values each sum holds, for a nodal average.
 struct NodeSums {
   int width = 0;
@@ -182,14 +220,14 @@ class FrameArrays {
   // (stored, or extrapolated from its integration points) added to the sums.
   void Element(const std::string& name, const odb_FieldBulkData& block, Arrays& cells,
                NodeSums* sums);
-  const tool_Extrapolator& ExtrapolatorOf(int geometry, int nodes, int points);
+  const Weights& WeightsOf(int geometry, int nodes, int points);
 
   const Grid& m_grid;
   tool_Progress& m_progress;
   std::vector<int> m_labels;
   std::vector<float> m_data;
-  std::vector<double> m_nodeValues;
-  std::map<std::tuple<int, int, int>, tool_Extrapolator> m_extrapolators;
+  std::vector<float> m_nodeValues;
+  std::map<std::tuple<int, int, int>, Weights> m_weights;
 };
 
 const InstancePiece* FrameArrays::Read(const odb_FieldBulkData& block) {
@@ -203,15 +241,16 @@ const InstancePiece* FrameArrays::Read(const odb_FieldBulkData& block) {
   return &it->second;
 }
 
-const tool_Extrapolator& FrameArrays::ExtrapolatorOf(int geometry, int nodes, int points) {
+const Weights& FrameArrays::WeightsOf(int geometry, int nodes, int points) {
   const auto key = std::make_tuple(geometry, nodes, points);
-  auto it = m_extrapolators.find(key);
-  if (it == m_extrapolators.end())
-    it = m_extrapolators
-             .emplace(key, tool_ExtrapolatorOf(
-                               static_cast<odb_Enum::odb_ElementGeometryClass>(geometry), nodes,
-                               points))
+  auto it = m_weights.find(key);
+  if (it == m_weights.end()) {
+    const tool_Extrapolator x = tool_ExtrapolatorOf(
+        static_cast<odb_Enum::odb_ElementGeometryClass>(geometry), nodes, points);
+    it = m_weights.emplace(key, Weights{x.nodes, std::vector<float>(x.weights.begin(),
+                                                                    x.weights.end())})
              .first;
+  }
   return it->second;
 }
 
@@ -256,18 +295,14 @@ void FrameArrays::Element(const std::string& name, const odb_FieldBulkData& bloc
     if (!sums) continue;
     const std::size_t start = piece->nodesStart[e];
     const int nodes = static_cast<int>(piece->nodesStart[e + 1] - start);
-    m_nodeValues.assign(static_cast<std::size_t>(nodes) * width, 0.0);
+    m_nodeValues.resize(static_cast<std::size_t>(nodes) * width);
     if (atNodes) {
       if (per != nodes) continue;
-      for (std::size_t v = 0; v < m_nodeValues.size(); ++v) m_nodeValues[v] = rows[v];
+      std::copy_n(rows, m_nodeValues.size(), m_nodeValues.begin());
     } else {
-      const tool_Extrapolator& x = ExtrapolatorOf(piece->geometry[e], nodes, per);
+      const Weights& x = WeightsOf(piece->geometry[e], nodes, per);
       if (x.nodes != nodes) continue;
-      for (int n = 0; n < nodes; ++n)
-        for (int k = 0; k < per; ++k) {
-          const double w = x.weights[n * per + k];
-          for (int c = 0; c < width; ++c) m_nodeValues[n * width + c] += w * rows[k * width + c];
-        }
+      Extrapolate(x.weights.data(), nodes, per, width, rows, m_nodeValues.data());
     }
     for (int n = 0; n < nodes; ++n) {
       const int p = piece->nodePoints[start + n];
