@@ -9,7 +9,9 @@
 //   - odb diff of the file against a copy of itself, against reading both files' bulk data
 //     (target: at most 2x).
 //
-//   bench_tool [--cells N]   (default 30, a 56 MB file; --cells 60 gives the 442 MB figures)
+//   bench_tool [--cells N] [--keep]   (default 30, a 62 MB file; --cells 60 gives the figures of
+//                                      bench/README.md; --keep leaves the files in the temporary
+//                                      folder)
 #include <sys/wait.h>
 
 #include <cstdio>
@@ -117,7 +119,11 @@ void WriteBytes(const std::filesystem::path& dir, const std::vector<std::uintmax
 
 int main(int argc, char** argv) {
   int cells = 30;
-  if (argc == 3 && std::strcmp(argv[1], "--cells") == 0) cells = std::atoi(argv[2]);
+  bool keep = false;  // --keep leaves the files in the temporary folder, to look into
+  for (int i = 1; i < argc; ++i) {
+    if (std::strcmp(argv[i], "--cells") == 0 && i + 1 < argc) cells = std::atoi(argv[++i]);
+    if (std::strcmp(argv[i], "--keep") == 0) keep = true;
+  }
   const std::filesystem::path dir = std::filesystem::temp_directory_path() / "qtvodb_bench_tool";
   std::filesystem::remove_all(dir);
   std::filesystem::create_directories(dir);
@@ -171,6 +177,6 @@ int main(int argc, char** argv) {
               "2x)\n",
               diff, readBoth, diff / readBoth);
   odb_finalizeAPI();
-  std::filesystem::remove_all(dir);
+  if (!keep) std::filesystem::remove_all(dir);
   return 0;
 }

@@ -4,6 +4,8 @@
 #ifndef TOOL_COMMON_H
 #define TOOL_COMMON_H
 
+#include <cstddef>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -23,6 +25,32 @@ inline std::string tool_Str(const odb_String& s) {
 
 // "a, b, c", or "none" for an empty list.
 std::string tool_Join(const std::vector<std::string>& names);
+
+// Memory for the bulk reads: it grows to the largest block and stays, and it is never filled, since
+// every read overwrites what it covers. (A std::vector resized from a small block back to a large
+// one would zero the difference first, which costs as much as reading it.)
+template <class T>
+class tool_Buffer {
+ public:
+  // Room for n values, as the view a bulk read fills.
+  odb_MutableArrayView<T> view(std::size_t n) {
+    if (n > m_capacity) {
+      m_data.reset(new T[n]);
+      m_capacity = n;
+    }
+    m_size = n;
+    return odb_MutableArrayView<T>(m_data.get(), n);
+  }
+  T* data() { return m_data.get(); }
+  const T* data() const { return m_data.get(); }
+  std::size_t size() const { return m_size; }
+  T& operator[](std::size_t i) { return m_data[i]; }
+  const T& operator[](std::size_t i) const { return m_data[i]; }
+
+ private:
+  std::unique_ptr<T[]> m_data;
+  std::size_t m_capacity = 0, m_size = 0;
+};
 
 // Opens `path` read-only. A missing file, a folder, or a file the library refuses (not a
 // database, damaged, of another schema) throws tool_Error naming the path and the reason.

@@ -40,8 +40,8 @@ std::string BlockKey(const odb_FieldBulkData& block) {
 
 // Buffers reused from block to block, so that a diff holds two blocks at a time.
 struct Buffers {
-  std::vector<int> labelsA, labelsB;
-  std::vector<float> dataA, dataB;
+  tool_Buffer<int> labelsA, labelsB;
+  tool_Buffer<float> dataA, dataB;
 };
 
 class ResultsDiff {
@@ -138,21 +138,18 @@ void ResultsDiff::Block(const std::string& where, const std::string& name,
     return;
   }
   Buffers& m = m_buffers;
-  m.labelsA.resize(static_cast<std::size_t>(a.numberOfLabels()));
-  m.labelsB.resize(static_cast<std::size_t>(b.numberOfLabels()));
-  a.readLabels(m.labelsA);
-  b.readLabels(m.labelsB);
-  if (m.labelsA != m.labelsB) {
+  a.readLabels(m.labelsA.view(static_cast<std::size_t>(a.numberOfLabels())));
+  b.readLabels(m.labelsB.view(static_cast<std::size_t>(b.numberOfLabels())));
+  if (m.labelsA.size() != m.labelsB.size() ||
+      !std::equal(m.labelsA.data(), m.labelsA.data() + m.labelsA.size(), m.labelsB.data())) {
     m_report.structural(owner + ": the " +
                         (a.position() == odb_Enum::NODAL ? "node" : "element") +
                         " labels differ");
     return;
   }
   const std::size_t n = static_cast<std::size_t>(a.length()) * a.width();
-  m.dataA.resize(n);
-  m.dataB.resize(n);
-  a.readData(m.dataA);
-  b.readData(m.dataB);
+  a.readData(m.dataA.view(n));
+  b.readData(m.dataB.view(n));
   m_progress.addBytes(2 * (n * sizeof(float) + m.labelsA.size() * sizeof(int)));
   const int width = a.width(), perLabel = a.valuesPerElement();
   const odb_Enum::odb_ResultPositionEnum position = a.position();

@@ -93,8 +93,8 @@ void tool_Dump(const tool_DumpRequest& request, std::FILE* out) {
   csv.EndRow();
 
   tool_Progress progress("dump", "block", blocks.size(), request.quiet);
-  std::vector<int> blockLabels;
-  std::vector<float> data;
+  tool_Buffer<int> blockLabels;
+  tool_Buffer<float> data;
   for (int b = 0; b < blocks.size(); ++b) {
     const odb_FieldBulkData& block = blocks[b];
     const odb_Instance& instance = block.instance();
@@ -105,10 +105,8 @@ void tool_Dump(const tool_DumpRequest& request, std::FILE* out) {
       continue;
     }
     const int perLabel = block.valuesPerElement(), width = block.width();
-    blockLabels.resize(static_cast<std::size_t>(block.numberOfLabels()));
-    data.resize(static_cast<std::size_t>(block.length()) * width);
-    block.readLabels(blockLabels);
-    block.readData(data);
+    block.readLabels(blockLabels.view(static_cast<std::size_t>(block.numberOfLabels())));
+    block.readData(data.view(static_cast<std::size_t>(block.length()) * width));
     progress.addBytes((blockLabels.size() + data.size()) * 4);
 
     const odb_Enum::odb_ResultPositionEnum where = block.position();

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <deque>
 #include <filesystem>
 #include <limits>
 #include <map>
@@ -131,21 +132,40 @@ Grid BuildGrid(odb_Odb& odb, std::ostream& notes) {
   return grid;
 }
 
-// The arrays of one frame, in the order first met, found by name.
+// The arrays of a frame, found by name, listed in the order the frame first asked for them.
+// They are kept from frame to frame and refilled, so that each frame's arrays reuse memory already
+// in place rather than fresh pages.
 class Arrays {
  public:
+  // The array `name`, filled with NaN when first asked for in this frame; null when this frame
+  // asked for it already with another number of components.
   tool_VtuArray* Get(const std::string& name, int components, std::size_t tuples) {
-    const auto it = m_index.find(name);
-    if (it != m_index.end())
-      return m_arrays[it->second].components == components ? &m_arrays[it->second] : nullptr;
-    m_index[name] = m_arrays.size();
-    m_arrays.push_back({name, components, std::vector<float>(tuples * components, kNaN)});
-    return &m_arrays.back();
+    auto it = m_index.find(name);
+    if (it == m_index.end()) {
+      it = m_index.emplace(name, m_arrays.size()).first;
+      m_arrays.push_back({name, components, {}});
+      m_used.push_back(false);
+    }
+    tool_VtuArray& a = m_arrays[it->second];
+    if (m_used[it->second]) return a.components == components ? &a : nullptr;
+    m_used[it->second] = true;
+    m_order.push_back(&a);
+    a.components = components;
+    a.values.assign(tuples * components, kNaN);
+    return &a;
   }
-  std::vector<tool_VtuArray>& All() { return m_arrays; }
+  // The arrays this frame asked for.
+  const std::vector<const tool_VtuArray*>& Used() const { return m_order; }
+  // Starts the next frame.
+  void NextFrame() {
+    m_order.clear();
+    std::fill(m_used.begin(), m_used.end(), false);
+  }
 
  private:
-  std::vector<tool_VtuArray> m_arrays;
+  std::deque<tool_VtuArray> m_arrays;  // stable addresses
+  std::vector<bool> m_used;
+  std::vector<const tool_VtuArray*> m_order;
   std::map<std::string, std::size_t> m_index;
 };
 
@@ -197,10 +217,36 @@ void Extrapolate(const float* weights, int nodes, int per, int width, const floa
   }
 }
 
+// out (W) = the mean of the `per` rows of W values in `rows`.
+template <int W>
+void MeanFixed(const float* rows, int per, float* out) {
+  float sum[W] = {};
+  for (int k = 0; k < per; ++k)
+    for (int c = 0; c < W; ++c) sum[c] += rows[k * W + c];
+  const float scale = 1.0f / static_cast<float>(per);
+  for (int c = 0; c < W; ++c) out[c] = sum[c] * scale;
+}
+
+void Mean(const float* rows, int per, int width, float* out) {
+  switch (width) {
+    case 1: return MeanFixed<1>(rows, per, out);
+    case 3: return MeanFixed<3>(rows, per, out);
+    case 4: return MeanFixed<4>(rows, per, out);
+    case 6: return MeanFixed<6>(rows, per, out);
+    default:
+      for (int c = 0; c < width; ++c) {
+        double sum = 0;
+        for (int k = 0; k < per; ++k) sum += rows[k * width + c];
+        out[c] = static_cast<float>(sum / per);
+      }
+  }
+}
+
 // Sums of values at the points, and how many values each sum holds, for a nodal average.
 struct NodeSums {
   int width = 0;
-  std::vector<double> sums;
+  bool used = false;  // in the field at hand
+  std::vector<float> sums;
   std::vector<int> counts;
 };
 
@@ -224,19 +270,18 @@ class FrameArrays {
 
   const Grid& m_grid;
   tool_Progress& m_progress;
-  std::vector<int> m_labels;
-  std::vector<float> m_data;
+  tool_Buffer<int> m_labels;
+  tool_Buffer<float> m_data;
   std::vector<float> m_nodeValues;
   std::map<std::tuple<int, int, int>, Weights> m_weights;
+  std::map<std::string, NodeSums> m_averages;  // kept from field to field, frame to frame
 };
 
 const InstancePiece* FrameArrays::Read(const odb_FieldBulkData& block) {
   const auto it = m_grid.instances.find(tool_Str(block.instance().name()));
   if (it == m_grid.instances.end()) return nullptr;
-  m_labels.resize(static_cast<std::size_t>(block.numberOfLabels()));
-  m_data.resize(static_cast<std::size_t>(block.length()) * block.width());
-  block.readLabels(m_labels);
-  block.readData(m_data);
+  block.readLabels(m_labels.view(static_cast<std::size_t>(block.numberOfLabels())));
+  block.readData(m_data.view(static_cast<std::size_t>(block.length()) * block.width()));
   m_progress.addBytes(m_labels.size() * sizeof(int) + m_data.size() * sizeof(float));
   return &it->second;
 }
@@ -273,25 +318,19 @@ void FrameArrays::Element(const std::string& name, const odb_FieldBulkData& bloc
   tool_VtuArray* array = cells.Get(ArrayName(name, block), width, m_grid.mesh.Cells());
   const InstancePiece* piece = array ? Read(block) : nullptr;
   if (!piece || per <= 0) return;
-  if (sums && sums->sums.empty()) {
+  if (sums && !sums->used) {
+    sums->used = true;
     sums->width = width;
-    sums->sums.assign(m_grid.mesh.Points() * width, 0.0);
+    sums->sums.assign(m_grid.mesh.Points() * width, 0.0f);
     sums->counts.assign(m_grid.mesh.Points(), 0);
   }
   if (sums && sums->width != width) sums = nullptr;
-  std::vector<double> mean(static_cast<std::size_t>(width));
   for (std::size_t i = 0; i < m_labels.size(); ++i) {
     const int e = piece->elements.Find(m_labels[i]);
     if (e < 0) continue;
     const float* rows = &m_data[i * per * width];
     const int cell = piece->cellOf[static_cast<std::size_t>(e)];
-    if (cell >= 0) {
-      std::fill(mean.begin(), mean.end(), 0.0);
-      for (int k = 0; k < per; ++k)
-        for (int c = 0; c < width; ++c) mean[c] += rows[k * width + c];
-      float* out = &array->values[static_cast<std::size_t>(cell) * width];
-      for (int c = 0; c < width; ++c) out[c] = static_cast<float>(mean[c] / per);
-    }
+    if (cell >= 0) Mean(rows, per, width, &array->values[static_cast<std::size_t>(cell) * width]);
     if (!sums) continue;
     const std::size_t start = piece->nodesStart[e];
     const int nodes = static_cast<int>(piece->nodesStart[e + 1] - start);
@@ -307,7 +346,7 @@ void FrameArrays::Element(const std::string& name, const odb_FieldBulkData& bloc
     for (int n = 0; n < nodes; ++n) {
       const int p = piece->nodePoints[start + n];
       if (p < 0) continue;
-      double* sum = &sums->sums[static_cast<std::size_t>(p) * width];
+      float* sum = &sums->sums[static_cast<std::size_t>(p) * width];
       for (int c = 0; c < width; ++c) sum[c] += m_nodeValues[n * width + c];
       ++sums->counts[p];
     }
@@ -324,7 +363,7 @@ void FrameArrays::Field(const odb_FieldOutput& field, Arrays& points, Arrays& ce
   }
   // Nodal averages of a field without nodal values of its own, from its element-nodal values
   // when it has them, else from its integration points; one array per section point.
-  std::map<std::string, NodeSums> averages;
+  for (auto& [array, a] : m_averages) a.used = false;
   for (int b = 0; b < blocks.size(); ++b) {
     const odb_Enum::odb_ResultPositionEnum p = blocks[b].position();
     if (p == odb_Enum::NODAL) {
@@ -333,17 +372,18 @@ void FrameArrays::Field(const odb_FieldOutput& field, Arrays& points, Arrays& ce
       const bool averaged = !nodal && (p == odb_Enum::ELEMENT_NODAL ||
                                        (p == odb_Enum::INTEGRATION_POINT && !elementNodal));
       Element(name, blocks[b], cells,
-              averaged ? &averages[ArrayName(name, blocks[b]) + " (nodal average)"] : nullptr);
+              averaged ? &m_averages[ArrayName(name, blocks[b]) + " (nodal average)"] : nullptr);
     }
   }
-  for (const auto& [array, a] : averages) {
-    if (a.sums.empty()) continue;
+  for (const auto& [array, a] : m_averages) {
+    if (!a.used) continue;
     tool_VtuArray* out = points.Get(array, a.width, m_grid.mesh.Points());
     if (!out) continue;
-    for (std::size_t p = 0; p < a.counts.size(); ++p)
-      if (a.counts[p] > 0)
-        for (int c = 0; c < a.width; ++c)
-          out->values[p * a.width + c] = static_cast<float>(a.sums[p * a.width + c] / a.counts[p]);
+    for (std::size_t p = 0; p < a.counts.size(); ++p) {
+      if (a.counts[p] == 0) continue;
+      const float scale = 1.0f / static_cast<float>(a.counts[p]);
+      for (int c = 0; c < a.width; ++c) out->values[p * a.width + c] = a.sums[p * a.width + c] * scale;
+    }
   }
 }
 
@@ -383,9 +423,11 @@ std::string tool_Export(const tool_ExportRequest& request, std::ostream& notes) 
   std::vector<std::pair<double, std::string>> series;
   tool_Progress progress("export", "frame", static_cast<int>(frames.size()), request.quiet);
   FrameArrays make(grid, progress);
+  Arrays points, cells;
   char number[32];
   for (std::size_t i = 0; i < frames.size() || (frames.empty() && i == 0); ++i) {
-    Arrays points, cells;
+    points.NextFrame();
+    cells.NextFrame();
     if (!frames.empty()) {
       const odb_Frame& frame = frames[i].step.frames(frames[i].index);
       for (odb_FieldOutputRepositoryIT it(frame.fieldOutputs()); !it.isDone(); it.next())
@@ -393,7 +435,7 @@ std::string tool_Export(const tool_ExportRequest& request, std::ostream& notes) 
     }
     std::snprintf(number, sizeof number, "_%04zu.vtu", i);
     const std::string file = stem + number;
-    progress.addBytes(tool_WriteVtu((folder / file).string(), grid.mesh, points.All(), cells.All()));
+    progress.addBytes(tool_WriteVtu((folder / file).string(), grid.mesh, points.Used(), cells.Used()));
     series.emplace_back(frames.empty() ? 0.0 : frames[i].time, file);
     progress.done();
   }

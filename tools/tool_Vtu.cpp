@@ -133,8 +133,8 @@ std::string DataArray(const std::string& type, const std::string& name, int comp
 }  // namespace
 
 std::uint64_t tool_WriteVtu(const std::string& path, const tool_VtuMesh& mesh,
-                            const std::vector<tool_VtuArray>& pointData,
-                            const std::vector<tool_VtuArray>& cellData) {
+                            const std::vector<const tool_VtuArray*>& pointData,
+                            const std::vector<const tool_VtuArray*>& cellData) {
   std::vector<Appended> blocks;
   std::uint64_t offset = 0;
   // Each appended array takes its 8-byte size and its bytes.
@@ -152,13 +152,13 @@ std::uint64_t tool_WriteVtu(const std::string& path, const tool_VtuMesh& mesh,
       "    <Piece NumberOfPoints=\"" + std::to_string(mesh.Points()) +
       "\" NumberOfCells=\"" + std::to_string(mesh.Cells()) + "\">\n";
   xml += "      <PointData>\n";
-  for (const tool_VtuArray& a : pointData)
-    xml += DataArray("Float32", a.name, a.components,
-                     add(a.values.data(), a.values.size() * sizeof(float)));
+  for (const tool_VtuArray* a : pointData)
+    xml += DataArray("Float32", a->name, a->components,
+                     add(a->values.data(), a->values.size() * sizeof(float)));
   xml += "      </PointData>\n      <CellData>\n";
-  for (const tool_VtuArray& a : cellData)
-    xml += DataArray("Float32", a.name, a.components,
-                     add(a.values.data(), a.values.size() * sizeof(float)));
+  for (const tool_VtuArray* a : cellData)
+    xml += DataArray("Float32", a->name, a->components,
+                     add(a->values.data(), a->values.size() * sizeof(float)));
   xml += "      </CellData>\n      <Points>\n";
   xml += DataArray("Float32", "Points", 3, add(mesh.points.data(), mesh.points.size() * 4));
   xml += "      </Points>\n      <Cells>\n";

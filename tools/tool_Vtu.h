@@ -43,8 +43,8 @@ struct tool_VtuMesh {
 
 // Writes `path`; returns the bytes written. Throws tool_Error when the file cannot be written.
 std::uint64_t tool_WriteVtu(const std::string& path, const tool_VtuMesh& mesh,
-                            const std::vector<tool_VtuArray>& pointData,
-                            const std::vector<tool_VtuArray>& cellData);
+                            const std::vector<const tool_VtuArray*>& pointData,
+                            const std::vector<const tool_VtuArray*>& cellData);
 
 // Writes the collection `path`: one data set per (time, file name relative to the collection).
 void tool_WritePvd(const std::string& path,
