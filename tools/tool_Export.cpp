@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <deque>
 #include <filesystem>
+#include <future>
 #include <limits>
 #include <map>
 #include <tuple>
@@ -423,22 +424,35 @@ std::string tool_Export(const tool_ExportRequest& request, std::ostream& notes) 
   std::vector<std::pair<double, std::string>> series;
   tool_Progress progress("export", "frame", static_cast<int>(frames.size()), request.quiet);
   FrameArrays make(grid, progress);
-  Arrays points, cells;
+  // A frame's file is written on a second thread while this one reads and computes the next
+  // frame: two sets of arrays take turns, and a set is filled again only once its file is
+  // written. Only this thread calls the library.
+  struct Slot {
+    Arrays points, cells;
+    std::future<std::uint64_t> written;
+  };
+  Slot slots[2];
   char number[32];
   for (std::size_t i = 0; i < frames.size() || (frames.empty() && i == 0); ++i) {
-    points.NextFrame();
-    cells.NextFrame();
+    Slot& slot = slots[i % 2];
+    if (slot.written.valid()) progress.addBytes(slot.written.get());  // a failed write throws here
+    slot.points.NextFrame();
+    slot.cells.NextFrame();
     if (!frames.empty()) {
       const odb_Frame& frame = frames[i].step.frames(frames[i].index);
       for (odb_FieldOutputRepositoryIT it(frame.fieldOutputs()); !it.isDone(); it.next())
-        make.Field(it.currentValue(), points, cells);
+        make.Field(it.currentValue(), slot.points, slot.cells);
     }
     std::snprintf(number, sizeof number, "_%04zu.vtu", i);
-    const std::string file = stem + number;
-    progress.addBytes(tool_WriteVtu((folder / file).string(), grid.mesh, points.Used(), cells.Used()));
+    const std::string file = stem + number, target = (folder / file).string();
+    slot.written = std::async(std::launch::async, [&grid, &slot, target] {
+      return tool_WriteVtu(target, grid.mesh, slot.points.Used(), slot.cells.Used());
+    });
     series.emplace_back(frames.empty() ? 0.0 : frames[i].time, file);
     progress.done();
   }
+  for (Slot& slot : slots)
+    if (slot.written.valid()) progress.addBytes(slot.written.get());
   const std::string pvd = (folder / (stem + ".pvd")).string();
   tool_WritePvd(pvd, series);
   progress.finish();
