@@ -1,5 +1,7 @@
 #include "tool_DiffReport.h"
 
+#include <cstdio>
+
 #include "tool_Common.h"
 
 tool_DiffReport::Variable& tool_DiffReport::Find(const std::string& kind,
@@ -45,8 +47,11 @@ int tool_DiffReport::write(std::ostream& out, bool verbose) const {
     else
       out << " (" << tool_FormatDouble(v.a) << " against " << tool_FormatDouble(v.b);
     const double scale = std::fmax(std::fabs(v.a), std::fabs(v.b));
-    if (std::isfinite(v.worst) && scale > 0)
-      out << ", relative " << tool_FormatDouble(v.worst / scale);
+    if (std::isfinite(v.worst) && scale > 0) {
+      char relative[32];
+      std::snprintf(relative, sizeof relative, "%.3g", v.worst / scale);
+      out << ", relative " << relative;
+    }
     out << ") at " << v.where << '\n';
   }
   const bool differ = !m_structural.empty() || outsideVariables > 0;
