@@ -8,6 +8,10 @@
 // point data named "NAME (nodal average)"; element-nodal values are averaged the same way. A field at a section point gets " SP n" after its name. Points and cells
 // without a value hold NaN. Elements that VTK has no cell for are left out, and said once per
 // type.
+//
+// Reading and the rest overlap: the calling thread reads frame after frame through the library
+// (tool_ExportFrame.h) while a second thread computes the previous frame's arrays and writes its
+// file. Memory holds the mesh and two frames' values, whatever the number of frames.
 #ifndef TOOL_EXPORT_H
 #define TOOL_EXPORT_H
 
