@@ -69,7 +69,8 @@ void WriteFile(const std::string& path, int cells) {
 
 // Seconds the tool takes, best of `runs`; exits when it fails.
 double Tool(const std::string& args, int runs) {
-  const std::string command = std::string("'") + ODB_TOOL_PATH + "' --quiet " + args + " >/dev/null";
+  const std::string command =
+      std::string("'") + ODB_TOOL_PATH + "' --quiet " + args + " >/dev/null";
   return Best(runs, [&] {
     const int status = std::system(command.c_str());
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
@@ -139,8 +140,8 @@ int main(int argc, char** argv) {
 
   // info: metadata only.
   const double info = Tool("info '" + path + "'", 5), infoSmall = Tool("info '" + small + "'", 5);
-  std::printf("info       %.3f s on %.0f MB, %.3f s on an eighth of it (target under 0.1 s)\n", info,
-              mb, infoSmall);
+  std::printf("info       %.3f s on %.0f MB, %.3f s on an eighth of it (target under 0.1 s)\n",
+              info, mb, infoSmall);
 
   // export against reading the bulk data plus fwrite of the bytes the export writes.
   const std::filesystem::path out = dir / "vtu", raw = dir / "raw";
@@ -161,10 +162,10 @@ int main(int argc, char** argv) {
   WriteBytes(raw, sizes, buffer);
   const double write = Best(3, [&] { WriteBytes(raw, sizes, buffer); });
   const double exported = Tool(exportArgs, 3);
-  std::printf("export     %.3f s for %zu files, %.0f MB; bulk read %.3f s (%.0f MB) + fwrite "
-              "%.3f s: %.2fx (target at most 2x)\n",
-              exported, sizes.size(), written / 1e6, read, bulk / 1e6, write,
-              exported / (read + write));
+  std::printf(
+      "export     %.3f s for %zu files, %.0f MB; bulk read %.3f s (%.0f MB) + fwrite "
+      "%.3f s: %.2fx (target at most 2x)\n",
+      exported, sizes.size(), written / 1e6, read, bulk / 1e6, write, exported / (read + write));
 
   // diff against a copy, against reading both files' bulk data.
   ReadBulk(copy);
@@ -173,9 +174,10 @@ int main(int argc, char** argv) {
     ReadBulk(copy);
   });
   const double diff = Tool("diff '" + path + "' '" + copy + "'", 3);
-  std::printf("diff       %.3f s against a copy; bulk read of both %.3f s: %.2fx (target at most "
-              "2x)\n",
-              diff, readBoth, diff / readBoth);
+  std::printf(
+      "diff       %.3f s against a copy; bulk read of both %.3f s: %.2fx (target at most "
+      "2x)\n",
+      diff, readBoth, diff / readBoth);
   odb_finalizeAPI();
   if (!keep) std::filesystem::remove_all(dir);
   return 0;

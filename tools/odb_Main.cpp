@@ -52,8 +52,7 @@ int main(int argc, char** argv) {
   CLI::App* dumpCommand = app.add_subcommand("dump", "One field of one frame as CSV.");
   dumpCommand->add_option("FILE", dump.path, "the database")->required();
   dumpCommand->add_option("--step", dump.step, "the step's name")->required();
-  dumpCommand->add_option("--frame", dump.frame, "the frame: 0 the first, -1 the last")
-      ->required();
+  dumpCommand->add_option("--frame", dump.frame, "the frame: 0 the first, -1 the last")->required();
   dumpCommand->add_option("--field", dump.field, "the field output's name")->required();
   dumpCommand->add_option("--position", dump.position,
                           "only values at this position (NODAL, INTEGRATION_POINT, "
@@ -83,8 +82,7 @@ int main(int argc, char** argv) {
       "export", "The mesh and every frame's fields as VTK files (.vtu per frame, .pvd series).");
   exportCommand->add_option("FILE", exportRequest.path, "the database")->required();
   exportCommand->add_option("--format", exportRequest.format, "the format: vtu")->required();
-  exportCommand->add_option("OUT", exportRequest.folder, "the folder the files go to")
-      ->required();
+  exportCommand->add_option("OUT", exportRequest.folder, "the folder the files go to")->required();
 
   try {
     app.parse(argc, argv);

@@ -62,8 +62,9 @@ odb_Frame tool_FindFrame(const odb_Step& step, int index) {
   const int i = index < 0 ? count + index : index;
   if (i < 0 || i >= count) {
     const std::string name = tool_Str(step.name());
-    if (count == 0) throw tool_Error("no frame " + std::to_string(index) + " in step \"" + name +
-                                     "\": the step has no frames");
+    if (count == 0)
+      throw tool_Error("no frame " + std::to_string(index) + " in step \"" + name +
+                       "\": the step has no frames");
     throw tool_Error("no frame " + std::to_string(index) + " in step \"" + name + "\": it has " +
                      std::to_string(count) + " frames, 0 to " + std::to_string(count - 1) +
                      " (or -1 for the last)");
@@ -80,16 +81,16 @@ odb_FieldOutput tool_FindField(const odb_Frame& frame, const std::string& name) 
 
 odb_Instance tool_FindInstance(odb_Odb& odb, const std::string& name) {
   if (!odb.rootAssembly().instances().isMember(name.c_str()))
-    throw tool_Error("no instance \"" + name + "\"; the instances are: " +
-                     tool_Join(tool_InstanceNames(odb)));
+    throw tool_Error("no instance \"" + name +
+                     "\"; the instances are: " + tool_Join(tool_InstanceNames(odb)));
   return odb.rootAssembly().instances()[name.c_str()];
 }
 
 namespace {
 
-const char* const kPositions[] = {"UNDEFINED_POSITION", "NODAL",         "ELEMENT_NODAL",
-                                  "INTEGRATION_POINT",  "CENTROID",      "ELEMENT_FACE",
-                                  "WHOLE_ELEMENT",      "WHOLE_REGION",  "WHOLE_PART_INSTANCE",
+const char* const kPositions[] = {"UNDEFINED_POSITION", "NODAL",           "ELEMENT_NODAL",
+                                  "INTEGRATION_POINT",  "CENTROID",        "ELEMENT_FACE",
+                                  "WHOLE_ELEMENT",      "WHOLE_REGION",    "WHOLE_PART_INSTANCE",
                                   "WHOLE_MODEL",        "GENERAL_PARTICLE"};
 const int kPositionCount = sizeof(kPositions) / sizeof(kPositions[0]);
 
@@ -112,30 +113,38 @@ bool tool_ParsePosition(const std::string& text, odb_Enum::odb_ResultPositionEnu
 }
 
 std::string tool_TypeName(odb_Enum::odb_DataTypeEnum type) {
-  static const char* const names[] = {"BOOLEAN",           "INTEGER",           "SCALAR",
-                                      "VECTOR",            "MATRIX",            "TENSOR_3D_FULL",
-                                      "TENSOR_3D_PLANAR",  "TENSOR_3D_SURFACE", "TENSOR_2D_PLANAR",
-                                      "TENSOR_2D_SURFACE", "QUATERNION_3D",     "QUATERNION_2D"};
+  static const char* const names[] = {
+      "BOOLEAN",          "INTEGER",           "SCALAR",           "VECTOR",
+      "MATRIX",           "TENSOR_3D_FULL",    "TENSOR_3D_PLANAR", "TENSOR_3D_SURFACE",
+      "TENSOR_2D_PLANAR", "TENSOR_2D_SURFACE", "QUATERNION_3D",    "QUATERNION_2D"};
   const int t = static_cast<int>(type);
   return t >= 0 && t < 12 ? names[t] : "Unknown Type";
 }
 
 std::string tool_DomainName(odb_Enum::odb_DomainEnum domain) {
   switch (domain) {
-    case odb_Enum::TIME: return "TIME";
-    case odb_Enum::FREQUENCY: return "FREQUENCY";
-    case odb_Enum::ARC_LENGTH: return "ARC_LENGTH";
-    case odb_Enum::MODAL: return "MODAL";
+    case odb_Enum::TIME:
+      return "TIME";
+    case odb_Enum::FREQUENCY:
+      return "FREQUENCY";
+    case odb_Enum::ARC_LENGTH:
+      return "ARC_LENGTH";
+    case odb_Enum::MODAL:
+      return "MODAL";
   }
   return "UNKNOWN";
 }
 
 std::string tool_DimensionName(odb_Enum::odb_DimensionEnum dimension) {
   switch (dimension) {
-    case odb_Enum::THREE_D: return "THREE_D";
-    case odb_Enum::TWO_D_PLANAR: return "TWO_D_PLANAR";
-    case odb_Enum::AXISYMMETRIC: return "AXISYMMETRIC";
-    case odb_Enum::UNKNOWN_DIMENSION: break;
+    case odb_Enum::THREE_D:
+      return "THREE_D";
+    case odb_Enum::TWO_D_PLANAR:
+      return "TWO_D_PLANAR";
+    case odb_Enum::AXISYMMETRIC:
+      return "AXISYMMETRIC";
+    case odb_Enum::UNKNOWN_DIMENSION:
+      break;
   }
   return "UNKNOWN_DIMENSION";
 }

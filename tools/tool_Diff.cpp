@@ -71,9 +71,8 @@ void ResultsDiff::Step(const odb_Step& a, const odb_Step& b) {
                         tool_DomainName(b.domain()) + " in B");
   const int na = a.frames().size(), nb = b.frames().size(), n = std::min(na, nb);
   if (na != nb)
-    m_report.structural(where + ": " + std::to_string(na) + " frames in A, " +
-                        std::to_string(nb) + " in B; the first " + std::to_string(n) +
-                        " are compared");
+    m_report.structural(where + ": " + std::to_string(na) + " frames in A, " + std::to_string(nb) +
+                        " in B; the first " + std::to_string(n) + " are compared");
   std::vector<float> va, vb;
   for (int f = 0; f < n; ++f) {
     va.push_back(static_cast<float>(a.frames(f).frameValue()));
@@ -142,8 +141,7 @@ void ResultsDiff::Block(const std::string& where, const std::string& name,
   b.readLabels(m.labelsB.view(static_cast<std::size_t>(b.numberOfLabels())));
   if (m.labelsA.size() != m.labelsB.size() ||
       !std::equal(m.labelsA.data(), m.labelsA.data() + m.labelsA.size(), m.labelsB.data())) {
-    m_report.structural(owner + ": the " +
-                        (a.position() == odb_Enum::NODAL ? "node" : "element") +
+    m_report.structural(owner + ": the " + (a.position() == odb_Enum::NODAL ? "node" : "element") +
                         " labels differ");
     return;
   }
@@ -165,8 +163,7 @@ void ResultsDiff::Block(const std::string& where, const std::string& name,
       if (position == odb_Enum::INTEGRATION_POINT)
         text += " integration point " + std::to_string(k + 1);
       else if (position == odb_Enum::ELEMENT_NODAL)
-        text += " node " + std::to_string(
-                               a.instance().getElementFromLabel(label).nodeLabels()[k]);
+        text += " node " + std::to_string(a.instance().getElementFromLabel(label).nodeLabels()[k]);
     }
     const int sp = a.sectionPoint().number();
     if (sp > 0) text += " section point " + std::to_string(sp);

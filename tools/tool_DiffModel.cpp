@@ -36,10 +36,9 @@ bool SameLabels(const std::vector<int>& a, const std::vector<int>& b, const std:
   }
   const auto parted = std::mismatch(a.begin(), a.end(), b.begin());
   if (parted.first == a.end()) return true;
-  report.structural(what + " differ from position " +
-                    std::to_string(parted.first - a.begin()) + ": " +
-                    std::to_string(*parted.first) + " in A, " + std::to_string(*parted.second) +
-                    " in B");
+  report.structural(what + " differ from position " + std::to_string(parted.first - a.begin()) +
+                    ": " + std::to_string(*parted.first) + " in A, " +
+                    std::to_string(*parted.second) + " in B");
   return false;
 }
 
@@ -72,8 +71,8 @@ void DiffElements(const odb_DiscreteEntity& a, const odb_DiscreteEntity& b,
     for (int i = 0; i < ea.size(); ++i) {
       const odb_Element x = ea.element(i), y = eb.element(i);
       const int n = x.numberOfNodes();
-      if (n != y.numberOfNodes() || !std::equal(x.nodeLabels(), x.nodeLabels() + n,
-                                                y.nodeLabels())) {
+      if (n != y.numberOfNodes() ||
+          !std::equal(x.nodeLabels(), x.nodeLabels() + n, y.nodeLabels())) {
         report.structural(owner + ": the connectivity differs from element " +
                           std::to_string(x.label()));
         break;
@@ -157,9 +156,9 @@ std::vector<std::string> Keys(Repository& repository) {
 }  // namespace
 
 void tool_DiffModel(odb_Odb& a, odb_Odb& b, tool_DiffReport& report) {
-  for (const std::string& name : Common(Keys<odb_DiscretePartRepositoryIT>(a.parts()),
-                                        Keys<odb_DiscretePartRepositoryIT>(b.parts()), "part",
-                                        report)) {
+  for (const std::string& name :
+       Common(Keys<odb_DiscretePartRepositoryIT>(a.parts()),
+              Keys<odb_DiscretePartRepositoryIT>(b.parts()), "part", report)) {
     odb_DiscretePart pa = a.parts()[name.c_str()], pb = b.parts()[name.c_str()];
     const std::string owner = "part " + name;
     DiffNodes(pa, pb, owner, report);
@@ -167,9 +166,8 @@ void tool_DiffModel(odb_Odb& a, odb_Odb& b, tool_DiffReport& report) {
     DiffEntitySets(pa, pb, owner, report);
   }
   odb_InstanceRepository &ia = a.rootAssembly().instances(), &ib = b.rootAssembly().instances();
-  for (const std::string& name :
-       Common(Keys<odb_InstanceRepositoryIT>(ia), Keys<odb_InstanceRepositoryIT>(ib), "instance",
-              report)) {
+  for (const std::string& name : Common(Keys<odb_InstanceRepositoryIT>(ia),
+                                        Keys<odb_InstanceRepositoryIT>(ib), "instance", report)) {
     odb_Instance xa = ia[name.c_str()], xb = ib[name.c_str()];
     const std::string owner = "instance " + name;
     if (xa.partName() != xb.partName()) {

@@ -4,8 +4,7 @@
 
 #include "tool_Common.h"
 
-tool_DiffReport::Variable& tool_DiffReport::Find(const std::string& kind,
-                                                 const std::string& name) {
+tool_DiffReport::Variable& tool_DiffReport::Find(const std::string& kind, const std::string& name) {
   auto it = m_variables.find(kind + " " + name);
   if (it == m_variables.end()) {
     it = m_variables.emplace(kind + " " + name, Variable()).first;
@@ -20,8 +19,7 @@ int tool_DiffReport::write(std::ostream& out, bool verbose) const {
     out << "structure (" << m_structural.size() << " differences):\n";
     for (std::size_t i = 0; i < m_structural.size() && i < most; ++i)
       out << "  " << m_structural[i] << '\n';
-    if (m_structural.size() > most)
-      out << "  and " << m_structural.size() - most << " more\n";
+    if (m_structural.size() > most) out << "  and " << m_structural.size() - most << " more\n";
   }
   int outsideVariables = 0;
   bool headed = false;
@@ -35,9 +33,8 @@ int tool_DiffReport::write(std::ostream& out, bool verbose) const {
       out << "equal, " << v.compared << " values\n";
       continue;
     }
-    out << v.outside << " of " << v.compared << " values outside " +
-                                                    tool_DescribeTolerance(v.tolerance)
-        << "; largest difference ";
+    out << v.outside << " of " << v.compared
+        << " values outside " + tool_DescribeTolerance(v.tolerance) << "; largest difference ";
     if (std::isinf(v.worst))
       out << "NaN against a number";
     else
@@ -56,9 +53,8 @@ int tool_DiffReport::write(std::ostream& out, bool verbose) const {
   }
   const bool differ = !m_structural.empty() || outsideVariables > 0;
   if (differ)
-    out << "DIFFERENT: " << m_structural.size() << " differences of structure, "
-        << outsideVariables << " of " << m_variables.size()
-        << " variables outside their tolerance\n";
+    out << "DIFFERENT: " << m_structural.size() << " differences of structure, " << outsideVariables
+        << " of " << m_variables.size() << " variables outside their tolerance\n";
   else
     out << "SAME: " << m_variables.size() << " variables within their tolerance\n";
   return differ ? 1 : 0;

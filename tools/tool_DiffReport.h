@@ -70,9 +70,8 @@ void tool_DiffReport::values(const std::string& kind, const std::string& name, c
     if (a[i] == b[i]) continue;
     const bool agree = tool_Agree(a[i], b[i], t);
     if (agree && std::isnan(a[i])) continue;  // both NaN
-    const double d = std::isnan(a[i]) || std::isnan(b[i])
-                         ? HUGE_VAL
-                         : std::fabs(double(a[i]) - double(b[i]));
+    const double d =
+        std::isnan(a[i]) || std::isnan(b[i]) ? HUGE_VAL : std::fabs(double(a[i]) - double(b[i]));
     outside += !agree;
     if (!found || (!agree && !foundOutside) || (!agree == foundOutside && d > found_d)) {
       found = true;

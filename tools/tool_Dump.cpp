@@ -30,8 +30,8 @@ class CsvOut {
     if (m_buffer.size() >= kFlushAt) Flush();
   }
   void Flush() {
-    if (!m_buffer.empty() && std::fwrite(m_buffer.data(), 1, m_buffer.size(), m_out) !=
-                                 m_buffer.size())
+    if (!m_buffer.empty() &&
+        std::fwrite(m_buffer.data(), 1, m_buffer.size(), m_out) != m_buffer.size())
       throw tool_Error(std::string("cannot write the output: ") + std::strerror(errno));
     m_buffer.clear();
   }

@@ -10,9 +10,9 @@
 
 struct tool_DumpRequest {
   std::string path, step, field;
-  int frame = 0;          // 0 the first, -1 the last
-  std::string position;   // empty: every position
-  std::string instance;   // empty: every instance
+  int frame = 0;         // 0 the first, -1 the last
+  std::string position;  // empty: every position
+  std::string instance;  // empty: every instance
   bool quiet = false;
 };
 

@@ -27,8 +27,8 @@ std::string tool_Export(const tool_ExportRequest& request, std::ostream& notes) 
   std::error_code error;
   std::filesystem::create_directories(request.folder, error);
   if (error || !std::filesystem::is_directory(request.folder))
-    throw tool_Error("cannot make the folder \"" + request.folder + "\": " +
-                     (error ? error.message() : "a file of that name is in the way"));
+    throw tool_Error("cannot make the folder \"" + request.folder +
+                     "\": " + (error ? error.message() : "a file of that name is in the way"));
   const tool_Grid grid = tool_BuildGrid(odb, notes);
 
   struct FrameRef {

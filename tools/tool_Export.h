@@ -5,9 +5,9 @@
 // integration points (or nodes) averaged, its centroid or whole-element value as it is. Values
 // at integration points are also extrapolated to the element's nodes where the element type
 // allows it (tool_Extrapolation.h), and averaged at each node over the elements around it, as
-// point data named "NAME (nodal average)"; element-nodal values are averaged the same way. A field at a section point gets " SP n" after its name. Points and cells
-// without a value hold NaN. Elements that VTK has no cell for are left out, and said once per
-// type.
+// point data named "NAME (nodal average)"; element-nodal values are averaged the same way. A field
+// at a section point gets " SP n" after its name. Points and cells without a value hold NaN.
+// Elements that VTK has no cell for are left out, and said once per type.
 //
 // Reading and the rest overlap: the calling thread reads frame after frame through the library
 // (tool_ExportFrame.h) while a second thread computes the previous frame's arrays and writes its

@@ -37,10 +37,14 @@ void ExtrapolateFixed(const float* weights, int nodes, int per, const float* row
 void Extrapolate(const float* weights, int nodes, int per, int width, const float* rows,
                  float* out) {
   switch (width) {
-    case 1: return ExtrapolateFixed<1>(weights, nodes, per, rows, out);
-    case 3: return ExtrapolateFixed<3>(weights, nodes, per, rows, out);
-    case 4: return ExtrapolateFixed<4>(weights, nodes, per, rows, out);
-    case 6: return ExtrapolateFixed<6>(weights, nodes, per, rows, out);
+    case 1:
+      return ExtrapolateFixed<1>(weights, nodes, per, rows, out);
+    case 3:
+      return ExtrapolateFixed<3>(weights, nodes, per, rows, out);
+    case 4:
+      return ExtrapolateFixed<4>(weights, nodes, per, rows, out);
+    case 6:
+      return ExtrapolateFixed<6>(weights, nodes, per, rows, out);
     default:
       for (int n = 0; n < nodes; ++n)
         for (int c = 0; c < width; ++c) {
@@ -63,10 +67,14 @@ void MeanFixed(const float* rows, int per, float* out) {
 
 void Mean(const float* rows, int per, int width, float* out) {
   switch (width) {
-    case 1: return MeanFixed<1>(rows, per, out);
-    case 3: return MeanFixed<3>(rows, per, out);
-    case 4: return MeanFixed<4>(rows, per, out);
-    case 6: return MeanFixed<6>(rows, per, out);
+    case 1:
+      return MeanFixed<1>(rows, per, out);
+    case 3:
+      return MeanFixed<3>(rows, per, out);
+    case 4:
+      return MeanFixed<4>(rows, per, out);
+    case 6:
+      return MeanFixed<6>(rows, per, out);
     default:
       for (int c = 0; c < width; ++c) {
         double sum = 0;
@@ -142,8 +150,8 @@ const tool_FrameArrays::Weights& tool_FrameArrays::WeightsOf(int geometry, int n
   if (it == m_weights.end()) {
     const tool_Extrapolator x = tool_ExtrapolatorOf(
         static_cast<odb_Enum::odb_ElementGeometryClass>(geometry), nodes, points);
-    it = m_weights.emplace(key, Weights{x.nodes, std::vector<float>(x.weights.begin(),
-                                                                    x.weights.end())})
+    it = m_weights
+             .emplace(key, Weights{x.nodes, std::vector<float>(x.weights.begin(), x.weights.end())})
              .first;
   }
   return it->second;
@@ -202,8 +210,7 @@ void tool_FrameArrays::Element(const tool_BlockData& block, tool_Arrays& cells) 
   }
 }
 
-void tool_FrameArrays::Make(const tool_FrameData& frame, tool_Arrays& points,
-                            tool_Arrays& cells) {
+void tool_FrameArrays::Make(const tool_FrameData& frame, tool_Arrays& points, tool_Arrays& cells) {
   for (auto& [name, a] : m_averages) a.used = false;
   for (std::size_t b = 0; b < frame.used; ++b) {
     const tool_BlockData& block = frame.blocks[b];

@@ -29,12 +29,18 @@ Shape ShapeOf(odb_Enum::odb_ElementGeometryClass geometry, int nodes) {
 
 int CornersOf(Shape shape) {
   switch (shape) {
-    case Shape::kHex: return 8;
-    case Shape::kTet: return 4;
-    case Shape::kWedge: return 6;
-    case Shape::kQuad: return 4;
-    case Shape::kTri: return 3;
-    case Shape::kNone: break;
+    case Shape::kHex:
+      return 8;
+    case Shape::kTet:
+      return 4;
+    case Shape::kWedge:
+      return 6;
+    case Shape::kQuad:
+      return 4;
+    case Shape::kTri:
+      return 3;
+    case Shape::kNone:
+      break;
   }
   return 0;
 }
@@ -210,6 +216,7 @@ tool_Extrapolator tool_ExtrapolatorOf(odb_Enum::odb_ElementGeometryClass geometr
   x.points = p;
   x.weights.assign(corner.begin(), corner.end());
   for (const auto& [from, to] : edges)
-    for (int j = 0; j < p; ++j) x.weights.push_back((corner[from * p + j] + corner[to * p + j]) / 2);
+    for (int j = 0; j < p; ++j)
+      x.weights.push_back((corner[from * p + j] + corner[to * p + j]) / 2);
   return x;
 }

@@ -321,8 +321,7 @@ std::string FieldLine(const FieldInfo& f) {
   std::string line = f.name + " " + f.type + " at " + tool_Join(f.positions);
   if (f.components.size() > 1) {
     line += " (";
-    for (std::size_t c = 0; c < f.components.size(); ++c)
-      line += (c ? " " : "") + f.components[c];
+    for (std::size_t c = 0; c < f.components.size(); ++c) line += (c ? " " : "") + f.components[c];
     line += ")";
   }
   return line + ", " + std::to_string(f.values) + " values";
@@ -365,8 +364,10 @@ void WriteText(const Report& r, std::ostream& out) {
       while (last + 1 < s.frames.size() && s.frames[last + 1].fields == s.frames[f].fields) ++last;
       out << "    frame" << (last > f ? "s " : " ") << f;
       if (last > f) out << "-" << last;
-      if (s.frames[f].fields.empty()) out << ": no field output\n";
-      else out << ":\n";
+      if (s.frames[f].fields.empty())
+        out << ": no field output\n";
+      else
+        out << ":\n";
       for (const FieldInfo& fi : s.frames[f].fields) out << "      " << FieldLine(fi) << '\n';
       f = last + 1;
     }

@@ -48,11 +48,21 @@ void tool_Json::Quoted(const std::string& s) {
   m_out << '"';
   for (unsigned char c : s) {
     switch (c) {
-      case '"': m_out << "\\\""; break;
-      case '\\': m_out << "\\\\"; break;
-      case '\n': m_out << "\\n"; break;
-      case '\t': m_out << "\\t"; break;
-      case '\r': m_out << "\\r"; break;
+      case '"':
+        m_out << "\\\"";
+        break;
+      case '\\':
+        m_out << "\\\\";
+        break;
+      case '\n':
+        m_out << "\\n";
+        break;
+      case '\t':
+        m_out << "\\t";
+        break;
+      case '\r':
+        m_out << "\\r";
+        break;
       default:
         if (c < 0x20) {
           char code[8];

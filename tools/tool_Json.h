@@ -14,10 +14,16 @@ class tool_Json {
 
   // Containers: as a value (in an array or at the top) or as the value of `key`.
   void beginObject() { Open('{'); }
-  void beginObject(const std::string& key) { Key(key); Open('{'); }
+  void beginObject(const std::string& key) {
+    Key(key);
+    Open('{');
+  }
   void endObject() { Close('}'); }
   void beginArray() { Open('['); }
-  void beginArray(const std::string& key) { Key(key); Open('['); }
+  void beginArray(const std::string& key) {
+    Key(key);
+    Open('[');
+  }
   void endArray() { Close(']'); }
 
   void value(const std::string& s);

@@ -30,8 +30,8 @@ void tool_Progress::Draw() {
       std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count();
   const double rate = seconds > 0 ? m_bytes / 1e6 / seconds : 0;
   // "\r" goes back to the start of the line, "\033[K" clears what a longer line left.
-  std::fprintf(stderr, "\r%s: %s %d of %d, %.1f MB/s\033[K", m_what.c_str(), m_unit.c_str(),
-               m_done, m_total, rate);
+  std::fprintf(stderr, "\r%s: %s %d of %d, %.1f MB/s\033[K", m_what.c_str(), m_unit.c_str(), m_done,
+               m_total, rate);
   std::fflush(stderr);
   m_drawn = true;
 }

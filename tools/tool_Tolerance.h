@@ -3,7 +3,8 @@
 // Two values agree when they are equal (infinities of one sign included), when both are NaN, or
 // when their difference is within the absolute tolerance or within the relative tolerance times
 // the larger magnitude of the two: |a - b| <= abs, or |a - b| <= rel * max(|a|, |b|). A NaN
-// against a number, and an infinity against anything but itself, never agree. Zero tolerances ask for equality.
+// against a number, and an infinity against anything but itself, never agree. Zero tolerances ask
+// for equality.
 //
 // A variable is a field or history output name (S, U, RF2), or one of the model's quantities:
 // "coordinates" (node coordinates), "frame_value" and "history_time". Its tolerance is the first
@@ -47,7 +48,10 @@ class tool_Tolerances {
   // Takes "NAME=ABS,REL" from the command line; throws tool_Error for another form.
   void parseOption(const std::string& text);
   // The command line's default for variables named nowhere.
-  void setDefault(const tool_Tolerance& t) { m_cliDefault = t; m_hasCliDefault = true; }
+  void setDefault(const tool_Tolerance& t) {
+    m_cliDefault = t;
+    m_hasCliDefault = true;
+  }
   void setDefaultAbsolute(double a);
   void setDefaultRelative(double r);
 

@@ -44,8 +44,7 @@ tool_VtkCell tool_VtkCellOf(odb_Enum::odb_ElementGeometryClass geometry, int nod
       if (nodes == 8) return {kHexahedron, InOrder(8)};
       if (nodes == 20) return {kQuadraticHexahedron, InOrder(20)};
       if (nodes == 6) return {kWedge, {0, 2, 1, 3, 5, 4}};
-      if (nodes == 15)
-        return {kQuadraticWedge, {0, 2, 1, 3, 5, 4, 8, 7, 6, 11, 10, 9, 12, 14, 13}};
+      if (nodes == 15) return {kQuadraticWedge, {0, 2, 1, 3, 5, 4, 8, 7, 6, 11, 10, 9, 12, 14, 13}};
       break;
     case odb_Enum::GEOMETRY_PLANE_STRESS:
     case odb_Enum::GEOMETRY_PLANE_STRAIN:
@@ -77,11 +76,20 @@ std::string tool_XmlEscape(const std::string& s) {
   std::string out;
   for (char c : s) {
     switch (c) {
-      case '&': out += "&amp;"; break;
-      case '<': out += "&lt;"; break;
-      case '>': out += "&gt;"; break;
-      case '"': out += "&quot;"; break;
-      default: out += c;
+      case '&':
+        out += "&amp;";
+        break;
+      case '<':
+        out += "&lt;";
+        break;
+      case '>':
+        out += "&gt;";
+        break;
+      case '"':
+        out += "&quot;";
+        break;
+      default:
+        out += c;
     }
   }
   return out;
@@ -125,7 +133,8 @@ class Writer {
 
 std::string DataArray(const std::string& type, const std::string& name, int components,
                       std::uint64_t offset) {
-  std::string text = "        <DataArray type=\"" + type + "\" Name=\"" + tool_XmlEscape(name) + "\"";
+  std::string text =
+      "        <DataArray type=\"" + type + "\" Name=\"" + tool_XmlEscape(name) + "\"";
   if (components != 1) text += " NumberOfComponents=\"" + std::to_string(components) + "\"";
   return text + " format=\"appended\" offset=\"" + std::to_string(offset) + "\"/>\n";
 }
@@ -149,8 +158,9 @@ std::uint64_t tool_WriteVtu(const std::string& path, const tool_VtuMesh& mesh,
       "<VTKFile type=\"UnstructuredGrid\" version=\"1.0\" byte_order=\"LittleEndian\" "
       "header_type=\"UInt64\">\n"
       "  <UnstructuredGrid>\n"
-      "    <Piece NumberOfPoints=\"" + std::to_string(mesh.Points()) +
-      "\" NumberOfCells=\"" + std::to_string(mesh.Cells()) + "\">\n";
+      "    <Piece NumberOfPoints=\"" +
+      std::to_string(mesh.Points()) + "\" NumberOfCells=\"" + std::to_string(mesh.Cells()) +
+      "\">\n";
   xml += "      <PointData>\n";
   for (const tool_VtuArray* a : pointData)
     xml += DataArray("Float32", a->name, a->components,
@@ -188,8 +198,8 @@ void tool_WritePvd(const std::string& path,
       "<VTKFile type=\"Collection\" version=\"0.1\" byte_order=\"LittleEndian\">\n"
       "  <Collection>\n";
   for (const auto& [time, file] : series)
-    xml += "    <DataSet timestep=\"" + tool_FormatDouble(time) + "\" group=\"\" part=\"0\" file=\"" +
-           tool_XmlEscape(file) + "\"/>\n";
+    xml += "    <DataSet timestep=\"" + tool_FormatDouble(time) +
+           "\" group=\"\" part=\"0\" file=\"" + tool_XmlEscape(file) + "\"/>\n";
   xml += "  </Collection>\n</VTKFile>\n";
   Writer out(path);
   out.Text(xml);

@@ -15,9 +15,9 @@
 #include "odb_API.h"
 
 struct ToolSample {
-  int loadFrames = 2;                 // frames of step LOAD; HOLD has 1
-  bool extraField = false;            // adds a scalar field E to every frame
-  float moveNode1 = 0;                // added to node 1's x
+  int loadFrames = 2;       // frames of step LOAD; HOLD has 1
+  bool extraField = false;  // adds a scalar field E to every frame
+  float moveNode1 = 0;      // added to node 1's x
   // Called with each frame's S (global frame number, 16 rows of 6) before it is written.
   std::function<void(int frame, std::vector<float>& s)> editS;
 };
@@ -33,7 +33,7 @@ inline std::vector<float> Coordinates() {
   for (int z = 0; z < 2; ++z)
     for (int y = 0; y < 2; ++y)
       for (int x = 0; x < 3; ++x) xyz.insert(xyz.end(), {float(x), float(y), float(z)});  // 1..12
-  const float wedge[] = {3, 0, 0, 4, 0, 0, 3, 1, 0, 3, 0, 1, 4, 0, 1, 3, 1, 1};          // 13..18
+  const float wedge[] = {3, 0, 0, 4, 0, 0, 3, 1, 0, 3, 0, 1, 4, 0, 1, 3, 1, 1};           // 13..18
   xyz.insert(xyz.end(), wedge, wedge + 18);
   const float corner[4][3] = {{5, 0, 0}, {6, 0, 0}, {5, 1, 0}, {5, 0, 1}};  // 19..22
   for (const auto& c : corner) xyz.insert(xyz.end(), c, c + 3);
@@ -52,8 +52,8 @@ inline int GridNode(int x, int y, int z) {
 }
 
 inline std::vector<int> HexConnectivity(int e) {  // e = 0 or 1
-  return {GridNode(e, 0, 0),     GridNode(e + 1, 0, 0), GridNode(e + 1, 1, 0), GridNode(e, 1, 0),
-          GridNode(e, 0, 1),     GridNode(e + 1, 0, 1), GridNode(e + 1, 1, 1), GridNode(e, 1, 1)};
+  return {GridNode(e, 0, 0), GridNode(e + 1, 0, 0), GridNode(e + 1, 1, 0), GridNode(e, 1, 0),
+          GridNode(e, 0, 1), GridNode(e + 1, 0, 1), GridNode(e + 1, 1, 1), GridNode(e, 1, 1)};
 }
 
 // The values written, by instance (0, 1), label, global frame number and component.

@@ -37,8 +37,7 @@ TEST_F(ToolDiff, ReportsTheLargestDifferenceAndWhereItIs) {
   EXPECT_EQ(r.status, 1) << r.out << r.err;
   const float was = tool_sample::S(2, 3, 1, 4);
   EXPECT_TRUE(Holds(r.out, "  field S: 1 of 288 values outside exact; largest difference 0.5 (" +
-                               tool_FormatFloat(was) + " against " +
-                               tool_FormatFloat(was + 0.5f)))
+                               tool_FormatFloat(was) + " against " + tool_FormatFloat(was + 0.5f)))
       << r.out;
   EXPECT_TRUE(
       Holds(r.out, "at step LOAD frame 1, instance PART-1, element 2 integration point 3, S13\n"))
@@ -67,7 +66,8 @@ TEST_F(ToolDiff, AbsoluteAndRelativeTolerancesEachAcceptADifference) {
   std::ofstream(file) << "# variable abs rel\n*  0 0\nS  0.6 0   # stresses\n";
   EXPECT_EQ(status({"--tolerances", file}), 0);
   EXPECT_EQ(status({"--tolerances", file, "--tol", "S=0,0"}), 1);
-  EXPECT_EQ(status({"--tolerances", file, "--abs", "1"}), 0);  // S is named: the default is not used
+  EXPECT_EQ(status({"--tolerances", file, "--abs", "1"}),
+            0);  // S is named: the default is not used
 }
 
 TEST_F(ToolDiff, NanEqualsNanButNotANumber) {
@@ -78,8 +78,9 @@ TEST_F(ToolDiff, NanEqualsNanButNotANumber) {
   EXPECT_EQ(Run({"diff", a, b}).status, 0);
   const ToolResult r = Run({"diff", a, Sample("c.odb"), "--abs", "1e30"});
   EXPECT_EQ(r.status, 1) << r.out;
-  EXPECT_TRUE(Holds(r.out, "field S: 3 of 288 values outside abs 1e+30, rel 0; largest "
-                           "difference NaN against a number (nan against "))
+  EXPECT_TRUE(Holds(r.out,
+                    "field S: 3 of 288 values outside abs 1e+30, rel 0; largest "
+                    "difference NaN against a number (nan against "))
       << r.out;
 }
 
@@ -112,8 +113,9 @@ TEST_F(ToolDiff, ComparesTheModelCoordinatesWithTheirOwnTolerance) {
   const ToolResult r = Run({"diff", a, b});
   EXPECT_EQ(r.status, 1);
   // Node 1 of the part and of both instances moved; the turned instance's by a rounding in x too.
-  EXPECT_TRUE(Holds(r.out, "of 315 values outside exact; largest difference 0.25 (0 against "
-                           "0.25, relative 1) at part MIXED, node 1, coordinate 1\n"))
+  EXPECT_TRUE(Holds(r.out,
+                    "of 315 values outside exact; largest difference 0.25 (0 against "
+                    "0.25, relative 1) at part MIXED, node 1, coordinate 1\n"))
       << r.out;
   EXPECT_EQ(Run({"diff", a, b, "--tol", "coordinates=0.25,0"}).status, 0);
 }

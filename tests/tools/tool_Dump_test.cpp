@@ -53,8 +53,8 @@ TEST_F(ToolDump, WritesEveryIntegrationPointValueWithItsLabels) {
 }
 
 TEST_F(ToolDump, TakesOneInstanceAndTheLastFrame) {
-  const ToolResult r = Run({"dump", Sample("a.odb"), "--step", "HOLD", "--frame", "-1",
-                            "--field", "U", "--instance", "PART-2", "--position", "nodal"});
+  const ToolResult r = Run({"dump", Sample("a.odb"), "--step", "HOLD", "--frame", "-1", "--field",
+                            "U", "--instance", "PART-2", "--position", "nodal"});
   ASSERT_EQ(r.status, 0) << r.err;
   const std::vector<Row> rows = Csv(r.out);
   ASSERT_EQ(rows.size(), 1u + tool_sample::kNodes);
@@ -71,8 +71,8 @@ TEST_F(ToolDump, TakesOneInstanceAndTheLastFrame) {
 // At the centroid of a hexahedron with 2 x 2 x 2 points, the extrapolated value is their mean.
 TEST_F(ToolDump, ExtrapolatesToCentroidsAndElementNodesOnRequest) {
   const std::string path = Sample("a.odb");
-  const ToolResult r = Run({"dump", path, "--step", "LOAD", "--frame", "0", "--field", "S",
-                            "--position", "CENTROID"});
+  const ToolResult r = Run(
+      {"dump", path, "--step", "LOAD", "--frame", "0", "--field", "S", "--position", "CENTROID"});
   ASSERT_EQ(r.status, 0) << r.err;
   const std::vector<Row> rows = Csv(r.out);
   ASSERT_EQ(rows.size(), 3u);

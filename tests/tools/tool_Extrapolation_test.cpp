@@ -18,15 +18,14 @@ struct Case {
 };
 
 // One type of each shape, node count and number of points the element library knows.
-const Case kCases[] = {
-    {"C3D4", 4, odb_Enum::THREE_D},        {"C3D10", 10, odb_Enum::THREE_D},
-    {"C3D6", 6, odb_Enum::THREE_D},        {"C3D15", 15, odb_Enum::THREE_D},
-    {"C3D8", 8, odb_Enum::THREE_D},        {"C3D8R", 8, odb_Enum::THREE_D},
-    {"C3D20", 20, odb_Enum::THREE_D},      {"C3D20R", 20, odb_Enum::THREE_D},
-    {"CPS3", 3, odb_Enum::TWO_D_PLANAR},   {"CPS4", 4, odb_Enum::TWO_D_PLANAR},
-    {"CPE4R", 4, odb_Enum::TWO_D_PLANAR},  {"CPS6", 6, odb_Enum::TWO_D_PLANAR},
-    {"CPE8", 8, odb_Enum::TWO_D_PLANAR},   {"CPS8R", 8, odb_Enum::TWO_D_PLANAR},
-    {"CAX4", 4, odb_Enum::AXISYMMETRIC},   {"CAX8R", 8, odb_Enum::AXISYMMETRIC}};
+const Case kCases[] = {{"C3D4", 4, odb_Enum::THREE_D},       {"C3D10", 10, odb_Enum::THREE_D},
+                       {"C3D6", 6, odb_Enum::THREE_D},       {"C3D15", 15, odb_Enum::THREE_D},
+                       {"C3D8", 8, odb_Enum::THREE_D},       {"C3D8R", 8, odb_Enum::THREE_D},
+                       {"C3D20", 20, odb_Enum::THREE_D},     {"C3D20R", 20, odb_Enum::THREE_D},
+                       {"CPS3", 3, odb_Enum::TWO_D_PLANAR},  {"CPS4", 4, odb_Enum::TWO_D_PLANAR},
+                       {"CPE4R", 4, odb_Enum::TWO_D_PLANAR}, {"CPS6", 6, odb_Enum::TWO_D_PLANAR},
+                       {"CPE8", 8, odb_Enum::TWO_D_PLANAR},  {"CPS8R", 8, odb_Enum::TWO_D_PLANAR},
+                       {"CAX4", 4, odb_Enum::AXISYMMETRIC},  {"CAX8R", 8, odb_Enum::AXISYMMETRIC}};
 
 }  // namespace
 
@@ -55,8 +54,7 @@ TEST(ToolExtrapolation, AgreesWithTheLibrarysExtrapolationForEveryContinuumType)
     const int points = part.elements(0).integrationPoints();
     std::vector<float> values;
     for (int p = 0; p < points; ++p) values.push_back(std::sin(1.7f * p + c.nodes) * 100 + p % 5);
-    field.addData(odb_Enum::INTEGRATION_POINT, instance, 1, std::vector<int>{1}, points, 1,
-                  values);
+    field.addData(odb_Enum::INTEGRATION_POINT, instance, 1, std::vector<int>{1}, points, 1, values);
     written.push_back(values);
   }
   const odb_FieldOutput atNodes = field.getSubset(odb_Enum::ELEMENT_NODAL);
@@ -76,7 +74,8 @@ TEST(ToolExtrapolation, AgreesWithTheLibrarysExtrapolationForEveryContinuumType)
     for (int n = 0; n < c.nodes; ++n) {
       double mine = 0;
       for (int p = 0; p < points; ++p) mine += x.weights[n * points + p] * ip[p];
-      EXPECT_NEAR(mine, library[n], 1e-4 * (1 + std::fabs(library[n]))) << c.type << " node " << n + 1;
+      EXPECT_NEAR(mine, library[n], 1e-4 * (1 + std::fabs(library[n])))
+          << c.type << " node " << n + 1;
     }
   }
   closeOdb(odb);

@@ -13,9 +13,10 @@ TEST_F(ToolInfo, ListsModelStepsFramesFieldsAndHistory) {
        {"title: Tool sample", ", schema 333",
         "  MIXED (THREE_D): 35 nodes, 7 elements: 2 C3D8, 1 C3D6, 1 C3D10, 1 S4R, 1 B32, 1 USR2",
         "    node sets (1): CORNER", "    element sets (1): HEXES",
-        "  PART-2 of MIXED: 35 nodes, 7 elements", "  LOAD (TIME, *STATIC): 2 frames, values 0.5 to 1",
-        "  HOLD (TIME, *STATIC): 1 frame, values 1 to 1", "    frames 0-1:",
-        "      EVOL SCALAR at WHOLE_ELEMENT, 3 values",
+        "  PART-2 of MIXED: 35 nodes, 7 elements",
+        "  LOAD (TIME, *STATIC): 2 frames, values 0.5 to 1",
+        "  HOLD (TIME, *STATIC): 1 frame, values 1 to 1",
+        "    frames 0-1:", "      EVOL SCALAR at WHOLE_ELEMENT, 3 values",
         "      S TENSOR_3D_FULL at INTEGRATION_POINT (S11 S22 S33 S12 S13 S23), 16 values",
         "      U VECTOR at NODAL (U1 U2 U3), 70 values", "      Node PART-1.1 (NODAL): U1"})
     EXPECT_TRUE(Holds(r.out, line)) << line << "\n" << r.out;
