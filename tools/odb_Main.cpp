@@ -36,7 +36,10 @@ int Fail(const std::string& text) {
 
 int main(int argc, char** argv) {
   CLI::App app{"Inspect, dump, compare and export result databases."};
+  app.name("odb");
   app.require_subcommand(1);
+  // Options of the program (--quiet) are taken after the subcommand too.
+  app.fallthrough();
   app.set_version_flag("--version", std::string(QTVODB_VERSION_STRING));
 
   std::string file;
@@ -72,7 +75,8 @@ int main(int argc, char** argv) {
   diffCommand->add_option("--rel", relative, "relative tolerance of every variable")
       ->check(CLI::NonNegativeNumber);
   diffCommand->add_option("--tol", perVariable,
-                          "tolerance of one variable, NAME=ABS,REL (repeatable)");
+                          "tolerance of one variable, NAME=ABS,REL (repeatable)")
+      ->allow_extra_args(false);
   diffCommand->add_option("--tolerances", toleranceFile,
                           "a file of lines \"NAME ABS REL\" (\"*\" for the default)");
   diffCommand->add_flag("--verbose,-v", diff.verbose, "also list the variables that are equal");

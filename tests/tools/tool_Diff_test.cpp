@@ -61,6 +61,8 @@ TEST_F(ToolDiff, AbsoluteAndRelativeTolerancesEachAcceptADifference) {
   // Per variable: another variable's tolerance does not help S.
   EXPECT_EQ(status({"--tol", "S=0,4.1e-4"}), 0);
   EXPECT_EQ(status({"--tol", "U=1,1"}), 1);
+  // Options go before the files as well, each --tol taking one value.
+  EXPECT_EQ(Run({"diff", "--tol", "S=0,4.1e-4", "--tol", "U=1,1", "--quiet", a, b}).status, 0);
   // A tolerance file, and the command line over it.
   const std::string file = File("tolerances.txt");
   std::ofstream(file) << "# variable abs rel\n*  0 0\nS  0.6 0   # stresses\n";
