@@ -47,7 +47,8 @@ std::string tool_Export(const tool_ExportRequest& request, std::ostream& notes) 
   const std::string stem = Stem(request.path);
   const std::filesystem::path folder(request.folder);
   std::vector<std::pair<double, std::string>> series;
-  tool_Progress progress("export", "frame", static_cast<int>(frames.size()), request.quiet);
+  const std::size_t count = frames.empty() ? 1 : frames.size();  // no frames: the mesh alone
+  tool_Progress progress("export", "frame", static_cast<int>(count), request.quiet);
   // Reading and computing overlap: this thread reads frame i (it alone calls the library) while
   // a second one computes frame i-1's arrays and writes its file. Two slots take turns, and one
   // computation runs at a time, so a slot is read into again only once its file is written.
@@ -64,7 +65,6 @@ std::string tool_Export(const tool_ExportRequest& request, std::ostream& notes) 
     progress.done();
   };
   char number[32];
-  const std::size_t count = frames.empty() ? 1 : frames.size();  // no frames: the mesh alone
   for (std::size_t i = 0; i < count; ++i) {
     Slot& slot = slots[i % 2];
     slot.data.used = 0;

@@ -206,6 +206,7 @@ void WriteJson(const Report& r, std::ostream& out) {
   j.beginObject();
   j.field("path", r.path);
   j.field("bytes", static_cast<std::int64_t>(r.bytes));
+  // The library opens files of its own schema only (others are refused or upgraded first).
   j.field("schemaVersion", QTVODB_SCHEMA_VERSION);
   j.field("name", r.name);
   j.field("title", r.title);
