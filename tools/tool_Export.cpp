@@ -49,41 +49,42 @@ std::string tool_Export(const tool_ExportRequest& request, std::ostream& notes) 
   std::vector<std::pair<double, std::string>> series;
   const std::size_t count = frames.empty() ? 1 : frames.size();  // no frames: the mesh alone
   tool_Progress progress("export", "frame", static_cast<int>(count), request.quiet);
-  // Reading and computing overlap: this thread reads frame i (it alone calls the library) while
-  // a second one computes frame i-1's arrays and writes its file. Two slots take turns, and one
-  // computation runs at a time, so a slot is read into again only once its file is written.
+  // A frame's file is written on a second thread while this one reads and computes the next
+  // frame (it alone calls the library): that splits the work about evenly between two cores.
+  // Two sets of arrays take turns, and a set is filled again only once its file is written.
   struct Slot {
-    tool_FrameData data;
     tool_Arrays points, cells;
+    std::future<std::uint64_t> written;
   };
   Slot slots[2];
+  tool_FrameData data;
   tool_FrameArrays make(grid);
-  std::future<std::uint64_t> working;
-  const auto finished = [&] {
-    if (!working.valid()) return;
-    progress.addBytes(working.get());  // a failed write throws here
+  const auto finished = [&](Slot& slot) {
+    if (!slot.written.valid()) return;
+    progress.addBytes(slot.written.get());  // a failed write throws here
     progress.done();
   };
   char number[32];
   for (std::size_t i = 0; i < count; ++i) {
     Slot& slot = slots[i % 2];
-    slot.data.used = 0;
+    data.used = 0;
     if (!frames.empty()) {
-      tool_ReadFrame(frames[i].step.frames(frames[i].index), grid, slot.data);
-      progress.addBytes(slot.data.bytes);
+      tool_ReadFrame(frames[i].step.frames(frames[i].index), grid, data);
+      progress.addBytes(data.bytes);
     }
-    finished();
+    finished(slot);  // frame i - 2
+    slot.points.NextFrame();
+    slot.cells.NextFrame();
+    make.Make(data, slot.points, slot.cells);
     std::snprintf(number, sizeof number, "_%04zu.vtu", i);
     const std::string file = stem + number, target = (folder / file).string();
-    working = std::async(std::launch::async, [&make, &grid, &slot, target] {
-      slot.points.NextFrame();
-      slot.cells.NextFrame();
-      make.Make(slot.data, slot.points, slot.cells);
+    slot.written = std::async(std::launch::async, [&grid, &slot, target] {
       return tool_WriteVtu(target, grid.mesh, slot.points.Used(), slot.cells.Used());
     });
     series.emplace_back(frames.empty() ? 0.0 : frames[i].time, file);
   }
-  finished();
+  finished(slots[count % 2]);
+  finished(slots[(count + 1) % 2]);
   const std::string pvd = (folder / (stem + ".pvd")).string();
   tool_WritePvd(pvd, series);
   progress.finish();

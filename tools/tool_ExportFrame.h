@@ -1,7 +1,7 @@
-// One frame of the export, in two halves that run on two threads: reading (tool_FrameReader, the
-// only one that calls the library) copies each block of the frame's fields into buffers of its
-// own, and computing (tool_FrameArrays) turns those buffers into the point and cell arrays of
-// the frame's .vtu. Each half keeps its memory from frame to frame.
+// One frame of the export, in two halves: reading (tool_ReadFrame) copies each block of the
+// frame's fields into buffers of its own, and computing (tool_FrameArrays) turns those buffers
+// into the point and cell arrays of the frame's .vtu, without calling the library. Each half
+// keeps its memory from frame to frame.
 #ifndef TOOL_EXPORTFRAME_H
 #define TOOL_EXPORTFRAME_H
 
