@@ -49,42 +49,49 @@ std::string tool_Export(const tool_ExportRequest& request, std::ostream& notes) 
   std::vector<std::pair<double, std::string>> series;
   const std::size_t count = frames.empty() ? 1 : frames.size();  // no frames: the mesh alone
   tool_Progress progress("export", "frame", static_cast<int>(count), request.quiet);
-  // A frame's file is written on a second thread while this one reads and computes the next
-  // frame (it alone calls the library): that splits the work about evenly between two cores.
-  // Two sets of arrays take turns, and a set is filled again only once its file is written.
+  // Three stages overlap, one thread each: this thread reads frame i (it alone calls the
+  // library), a second computes frame i-1's arrays, a third writes frame i-2's file. Two sets of
+  // read values and two of arrays take turns; one computation runs at a time, and a set of arrays
+  // is filled again only once its file is written.
   struct Slot {
+    tool_FrameData data;
     tool_Arrays points, cells;
     std::future<std::uint64_t> written;
   };
   Slot slots[2];
-  tool_FrameData data;
   tool_FrameArrays make(grid);
-  const auto finished = [&](Slot& slot) {
-    if (!slot.written.valid()) return;
-    progress.addBytes(slot.written.get());  // a failed write throws here
+  std::future<void> computing;
+  const auto computed = [&] {
+    if (!computing.valid()) return;
+    computing.get();  // a failed computation or write throws here
     progress.done();
   };
   char number[32];
   for (std::size_t i = 0; i < count; ++i) {
     Slot& slot = slots[i % 2];
-    data.used = 0;
+    // The computation of frame i - 2 read these values; it ended before frame i - 1's began.
+    slot.data.used = 0;
     if (!frames.empty()) {
-      tool_ReadFrame(frames[i].step.frames(frames[i].index), grid, data);
-      progress.addBytes(data.bytes);
+      tool_ReadFrame(frames[i].step.frames(frames[i].index), grid, slot.data);
+      progress.addBytes(slot.data.bytes);
     }
-    finished(slot);  // frame i - 2
-    slot.points.NextFrame();
-    slot.cells.NextFrame();
-    make.Make(data, slot.points, slot.cells);
+    computed();  // frame i - 1
     std::snprintf(number, sizeof number, "_%04zu.vtu", i);
     const std::string file = stem + number, target = (folder / file).string();
-    slot.written = std::async(std::launch::async, [&grid, &slot, target] {
-      return tool_WriteVtu(target, grid.mesh, slot.points.Used(), slot.cells.Used());
+    computing = std::async(std::launch::async, [&make, &grid, &slot, target] {
+      if (slot.written.valid()) slot.written.get();  // frame i - 2's file, from these arrays
+      slot.points.NextFrame();
+      slot.cells.NextFrame();
+      make.Make(slot.data, slot.points, slot.cells);
+      slot.written = std::async(std::launch::async, [&grid, &slot, target] {
+        return tool_WriteVtu(target, grid.mesh, slot.points.Used(), slot.cells.Used());
+      });
     });
     series.emplace_back(frames.empty() ? 0.0 : frames[i].time, file);
   }
-  finished(slots[count % 2]);
-  finished(slots[(count + 1) % 2]);
+  computed();
+  for (std::size_t i = count; i < count + 2; ++i)  // the last two files, in order
+    if (slots[i % 2].written.valid()) progress.addBytes(slots[i % 2].written.get());
   const std::string pvd = (folder / (stem + ".pvd")).string();
   tool_WritePvd(pvd, series);
   progress.finish();

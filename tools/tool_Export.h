@@ -9,10 +9,10 @@
 // at a section point gets " SP n" after its name. Points and cells without a value hold NaN.
 // Elements that VTK has no cell for are left out, and said once per type.
 //
-// Writing overlaps the rest: the calling thread reads frame after frame through the library and
-// computes its arrays (tool_ExportFrame.h) while a second thread writes the previous frame's
-// file. Memory holds the mesh, one frame's values as read and two frames' arrays, whatever the
-// number of frames.
+// Reading, computing and writing overlap: the calling thread reads frame after frame through the
+// library, a second thread computes the arrays of the frame read before (tool_ExportFrame.h),
+// a third writes the file of the one before that. Memory holds the mesh and two frames' values
+// and arrays, whatever the number of frames.
 #ifndef TOOL_EXPORT_H
 #define TOOL_EXPORT_H
 
