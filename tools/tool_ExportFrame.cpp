@@ -55,6 +55,27 @@ void Extrapolate(const float* weights, int nodes, int per, int width, const floa
   }
 }
 
+// A hexahedron of 8 points carried to its nodes the short way; false for a width it leaves to
+// the weights.
+bool Hex8(int width, const float* rows, float* out) {
+  switch (width) {
+    case 1:
+      tool_ExtrapolateHex8<1>(rows, out);
+      return true;
+    case 3:
+      tool_ExtrapolateHex8<3>(rows, out);
+      return true;
+    case 4:
+      tool_ExtrapolateHex8<4>(rows, out);
+      return true;
+    case 6:
+      tool_ExtrapolateHex8<6>(rows, out);
+      return true;
+    default:
+      return false;
+  }
+}
+
 // out (W) = the mean of the `per` rows of W values in `rows`.
 template <int W>
 void MeanFixed(const float* rows, int per, float* out) {
@@ -195,7 +216,8 @@ void tool_FrameArrays::Element(const tool_BlockData& block, tool_Arrays& cells) 
     if (atNodes) {
       if (per != nodes) continue;
       std::copy_n(rows, m_nodeValues.size(), m_nodeValues.begin());
-    } else {
+    } else if (!(nodes == 8 && per == 8 && piece.geometry[e] == odb_Enum::GEOMETRY_SOLID &&
+                 Hex8(width, rows, m_nodeValues.data()))) {
       const Weights& x = WeightsOf(piece.geometry[e], nodes, per);
       if (x.nodes != nodes) continue;
       Extrapolate(x.weights.data(), nodes, per, width, rows, m_nodeValues.data());
