@@ -49,22 +49,27 @@ tool_Grid tool_BuildGrid(odb_Odb& odb, std::ostream& notes) {
     for (std::size_t i = 0; i < connectivity.size(); ++i)
       piece.nodePoints[i] = piece.points.Find(connectivity[i]);
 
-    // Elements of one shape come in runs: look the cell up once per run.
-    odb_String runType;
+    // Elements of one shape come in runs: the cell depends on the geometry and the node count
+    // alone, so it is looked up once per run, and the type's name only for a note.
+    grid.mesh.connectivity.reserve(grid.mesh.connectivity.size() + connectivity.size());
+    grid.mesh.offsets.reserve(grid.mesh.offsets.size() + count);
+    grid.mesh.types.reserve(grid.mesh.types.size() + count);
+    int runGeometry = -1, runNodes = -1;
     tool_VtkCell cell;
     std::size_t at = 0;
     for (std::size_t e = 0; e < count; ++e) {
       const odb_Element element = elements.element(static_cast<int>(e));
       const int n = element.numberOfNodes();
+      const odb_Enum::odb_ElementGeometryClass geometry = element.geometryClass();
       piece.nodesStart[e] = at;
-      piece.geometry[e] = static_cast<std::uint8_t>(element.geometryClass());
-      const odb_String type = element.type();
-      if (e == 0 || type != runType) {
-        cell = tool_VtkCellOf(element.geometryClass(), n);
-        runType = type;
+      piece.geometry[e] = static_cast<std::uint8_t>(geometry);
+      if (geometry != runGeometry || n != runNodes) {
+        cell = tool_VtkCellOf(geometry, n);
+        runGeometry = geometry;
+        runNodes = n;
       }
       if (cell.type == 0) {
-        ++leftOut[tool_Str(type)];
+        ++leftOut[tool_Str(element.type())];
       } else {
         piece.cellOf[e] = static_cast<int>(grid.mesh.Cells());
         for (int k : cell.order) grid.mesh.connectivity.push_back(piece.nodePoints[at + k]);
