@@ -13,21 +13,6 @@
 
 namespace {
 
-std::vector<std::string> Common(const std::vector<std::string>& a,
-                                const std::vector<std::string>& b, const std::string& what,
-                                tool_DiffReport& report) {
-  std::vector<std::string> both;
-  const std::set<std::string> inB(b.begin(), b.end()), inA(a.begin(), a.end());
-  for (const std::string& n : a)
-    if (inB.count(n))
-      both.push_back(n);
-    else
-      report.structural(what + " \"" + n + "\" only in A");
-  for (const std::string& n : b)
-    if (!inA.count(n)) report.structural(what + " \"" + n + "\" only in B");
-  return both;
-}
-
 // What tells the blocks of a field apart: instance, position, element type, section point.
 std::string BlockKey(const odb_FieldBulkData& block) {
   std::string key = tool_Str(block.instance().name()) + ", " + tool_PositionName(block.position());
@@ -89,7 +74,7 @@ void ResultsDiff::Step(const odb_Step& a, const odb_Step& b) {
 
 void ResultsDiff::Frame(const std::string& where, const odb_Frame& a, const odb_Frame& b) {
   for (const std::string& name :
-       Common(tool_FieldNames(a), tool_FieldNames(b), where + ": field", m_report))
+       m_report.common(tool_FieldNames(a), tool_FieldNames(b), where + ": field"))
     Field(where, a.fieldOutputs()[name.c_str()], b.fieldOutputs()[name.c_str()]);
 }
 
@@ -178,7 +163,7 @@ void ResultsDiff::History(const std::string& where, const odb_Step& a, const odb
     ra.push_back(tool_Str(it.currentKey()));
   for (odb_HistoryRegionRepositoryIT it(b.historyRegions()); !it.isDone(); it.next())
     rb.push_back(tool_Str(it.currentKey()));
-  for (const std::string& region : Common(ra, rb, where + ": history region", m_report)) {
+  for (const std::string& region : m_report.common(ra, rb, where + ": history region")) {
     const odb_HistoryRegion &ha = a.historyRegions()[region.c_str()],
                             &hb = b.historyRegions()[region.c_str()];
     std::vector<std::string> oa, ob;
@@ -187,7 +172,7 @@ void ResultsDiff::History(const std::string& where, const odb_Step& a, const odb
     for (odb_HistoryOutputRepositoryIT it(hb.historyOutputs()); !it.isDone(); it.next())
       ob.push_back(tool_Str(it.currentKey()));
     const std::string owner = where + ", history region " + region;
-    for (const std::string& name : Common(oa, ob, owner + ": output", m_report)) {
+    for (const std::string& name : m_report.common(oa, ob, owner + ": output")) {
       const odb_HistoryData da = ha.historyOutputs()[name.c_str()].data();
       const odb_HistoryData db = hb.historyOutputs()[name.c_str()].data();
       if (da.size() != db.size()) {
@@ -211,7 +196,7 @@ void ResultsDiff::History(const std::string& where, const odb_Step& a, const odb
 
 void tool_DiffResults(odb_Odb& a, odb_Odb& b, tool_DiffReport& report, bool quiet) {
   const std::vector<std::string> steps =
-      Common(tool_StepNames(a), tool_StepNames(b), "step", report);
+      report.common(tool_StepNames(a), tool_StepNames(b), "step");
   int frames = 0;
   for (const std::string& s : steps)
     frames += std::min(a.steps()[s.c_str()].frames().size(), b.steps()[s.c_str()].frames().size());

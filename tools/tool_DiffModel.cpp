@@ -2,29 +2,12 @@
 // element types), instances (their part and placed coordinates) and the user's sets of parts,
 // instances and the assembly.
 #include <algorithm>
-#include <set>
 #include <vector>
 
 #include "tool_Common.h"
 #include "tool_DiffReport.h"
 
 namespace {
-
-// The names only one side has are reported; those both have are returned, in A's order.
-template <class Names>
-std::vector<std::string> Common(const Names& a, const Names& b, const std::string& what,
-                                tool_DiffReport& report) {
-  std::vector<std::string> both;
-  const std::set<std::string> inB(b.begin(), b.end()), inA(a.begin(), a.end());
-  for (const std::string& n : a)
-    if (inB.count(n))
-      both.push_back(n);
-    else
-      report.structural(what + " \"" + n + "\" only in A");
-  for (const std::string& n : b)
-    if (!inA.count(n)) report.structural(what + " \"" + n + "\" only in B");
-  return both;
-}
 
 // Compares two label lists: their counts, then the first position where they part.
 bool SameLabels(const std::vector<int>& a, const std::vector<int>& b, const std::string& what,
@@ -120,7 +103,7 @@ std::vector<int> Members(const odb_Set& set, const odb_String& instance) {
 
 void DiffSets(odb_SetRepository& a, odb_SetRepository& b, const std::string& what,
               tool_DiffReport& report) {
-  for (const std::string& name : Common(UserSetNames(a), UserSetNames(b), what, report)) {
+  for (const std::string& name : report.common(UserSetNames(a), UserSetNames(b), what)) {
     const odb_Set &sa = a[name.c_str()], &sb = b[name.c_str()];
     const std::string owner = what + " \"" + name + "\"";
     const odb_SequenceString ia = sa.instanceNames(), ib = sb.instanceNames();
@@ -157,8 +140,8 @@ std::vector<std::string> Keys(Repository& repository) {
 
 void tool_DiffModel(odb_Odb& a, odb_Odb& b, tool_DiffReport& report) {
   for (const std::string& name :
-       Common(Keys<odb_DiscretePartRepositoryIT>(a.parts()),
-              Keys<odb_DiscretePartRepositoryIT>(b.parts()), "part", report)) {
+       report.common(Keys<odb_DiscretePartRepositoryIT>(a.parts()),
+                     Keys<odb_DiscretePartRepositoryIT>(b.parts()), "part")) {
     odb_DiscretePart pa = a.parts()[name.c_str()], pb = b.parts()[name.c_str()];
     const std::string owner = "part " + name;
     DiffNodes(pa, pb, owner, report);
@@ -166,8 +149,8 @@ void tool_DiffModel(odb_Odb& a, odb_Odb& b, tool_DiffReport& report) {
     DiffEntitySets(pa, pb, owner, report);
   }
   odb_InstanceRepository &ia = a.rootAssembly().instances(), &ib = b.rootAssembly().instances();
-  for (const std::string& name : Common(Keys<odb_InstanceRepositoryIT>(ia),
-                                        Keys<odb_InstanceRepositoryIT>(ib), "instance", report)) {
+  for (const std::string& name : report.common(Keys<odb_InstanceRepositoryIT>(ia),
+                                               Keys<odb_InstanceRepositoryIT>(ib), "instance")) {
     odb_Instance xa = ia[name.c_str()], xb = ib[name.c_str()];
     const std::string owner = "instance " + name;
     if (xa.partName() != xb.partName()) {

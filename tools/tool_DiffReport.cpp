@@ -1,6 +1,7 @@
 #include "tool_DiffReport.h"
 
 #include <cstdio>
+#include <set>
 
 #include "tool_Common.h"
 
@@ -11,6 +12,21 @@ tool_DiffReport::Variable& tool_DiffReport::Find(const std::string& kind, const 
     it->second.tolerance = m_tolerances.of(name);
   }
   return it->second;
+}
+
+std::vector<std::string> tool_DiffReport::common(const std::vector<std::string>& a,
+                                                 const std::vector<std::string>& b,
+                                                 const std::string& what) {
+  std::vector<std::string> both;
+  const std::set<std::string> inB(b.begin(), b.end()), inA(a.begin(), a.end());
+  for (const std::string& n : a)
+    if (inB.count(n))
+      both.push_back(n);
+    else
+      structural(what + " \"" + n + "\" only in A");
+  for (const std::string& n : b)
+    if (!inA.count(n)) structural(what + " \"" + n + "\" only in B");
+  return both;
 }
 
 int tool_DiffReport::write(std::ostream& out, bool verbose) const {

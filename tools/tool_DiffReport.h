@@ -20,6 +20,10 @@ class tool_DiffReport {
   // A difference of structure: something one file has and the other lacks, or counts, labels,
   // types or connectivity that differ. Each makes the files differ.
   void structural(const std::string& text) { m_structural.push_back(text); }
+  // The names both lists hold, in A's order; each name only one holds is a difference of
+  // structure ("WHAT "NAME" only in A").
+  std::vector<std::string> common(const std::vector<std::string>& a,
+                                  const std::vector<std::string>& b, const std::string& what);
   std::size_t structuralCount() const { return m_structural.size(); }
 
   // Compares n values of `variable` ("field S", "history U2", "model coordinates"; the tolerance
