@@ -7,10 +7,10 @@ FORMAT_DIRS := $(wildcard include uti odb store oif tests examples bench)
 .PHONY: help setup release-config release debug demo test bench install clean format
 
 help:
-	@echo "make demo              install build packages, build Release, run the example program"
+	@echo "make demo              install build packages, build Release, run the example program and odb info"
 	@echo "make test              install build packages, build Debug with sanitizers, run all tests"
 	@echo "make bench             build Release and run the benchmark programs"
-	@echo "make install PREFIX=d  build Release and install headers, library, CMake and pkg-config files"
+	@echo "make install PREFIX=d  build Release and install headers, library, the odb tool, CMake and pkg-config files"
 	@echo "make format            clang-format the sources in place"
 	@echo "make clean             remove build/"
 
@@ -27,10 +27,12 @@ debug: setup
 	cmake -S . -B $(DEBUG) -DCMAKE_BUILD_TYPE=Debug -DQTVODB_SANITIZE=ON
 	cmake --build $(DEBUG) -j$(JOBS)
 
-# The demo builds only the library and the example program, not the tests or benchmarks.
+# The demo builds only the library, the example program and the odb tool, not the tests or
+# benchmarks; it ends by showing what the example wrote.
 demo: release-config
-	cmake --build $(RELEASE) -j$(JOBS) --target odb_demo
+	cmake --build $(RELEASE) -j$(JOBS) --target odb_demo odb
 	$(RELEASE)/examples/odb_demo
+	$(RELEASE)/tools/odb info demo.odb
 
 test: debug
 	ctest --test-dir $(DEBUG) --output-on-failure -j$(JOBS)

@@ -7,9 +7,11 @@ set -euo pipefail
 # python3-numpy lets the test of the Python reading example run instead of being skipped.
 # libxxhash-dev gives the hash of the page checksums (python3-xxhash lets the test of the
 # documented page check run); clang and libclang-rt-14-dev build the fuzz driver of tests/fault;
-# libhdf5-dev is the baseline that bench_endtoend measures against.
+# libhdf5-dev is the baseline that bench_endtoend measures against. libcli11-dev parses the odb
+# tool's command line (a header-only library, so nothing of it is linked or installed);
+# python3-vtk9 is an independent VTK reader that the tool's export test reads its files back with.
 packages=(g++ cmake make pkg-config libsqlite3-dev libgtest-dev git python3-numpy libxxhash-dev
-          python3-xxhash clang libclang-rt-14-dev libhdf5-dev)
+          python3-xxhash clang libclang-rt-14-dev libhdf5-dev libcli11-dev python3-vtk9)
 
 missing=()
 for p in "${packages[@]}"; do

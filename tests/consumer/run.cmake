@@ -46,6 +46,8 @@ if(STEP STREQUAL "install")
   endif()
   file(REMOVE_RECURSE "${PREFIX}")
   run_step("installing into ${PREFIX}" "${CMAKE_COMMAND}" --install "${BUILD_DIR}" --prefix "${PREFIX}")
+  # The odb tool is installed with the library and finds it from its own place.
+  run_step("running the installed odb tool" "${PREFIX}/bin/odb" --version)
   return()
 endif()
 
