@@ -18,6 +18,7 @@
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
 
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -38,6 +39,11 @@ namespace qtvodb {
 struct Ctx {
   std::string path;  // absolute
   std::recursive_mutex mutex;
+  // How many Database objects hold each registry database of this file open: opening a file
+  // this process has open gives the registry's same database, which is closed when the last
+  // of them is closed, so that independent openers (threads, tasks) do not close it under each
+  // other. Under the mutex.
+  std::map<odb_Odb*, int> opens;
 };
 using CtxPtr = std::shared_ptr<Ctx>;
 

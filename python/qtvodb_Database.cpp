@@ -6,38 +6,56 @@ namespace qtvodb {
 
 namespace {
 
-// The registry's object stays valid until the library is finalized, in a closed state after
-// close(): name, path and read_only still answer, everything else raises "The database is
-// closed.".
+// One opening of a database. The registry's object stays valid until the library is
+// finalized; once this opening is closed, name, path and read_only still answer and everything
+// else raises "The database is closed.", while other openings of the same file go on.
 struct Database {
   CtxPtr ctx;
   odb_Odb* odb;
+  bool open = true;
+
+  // The registry's database, refused once this opening is closed.
+  odb_Odb& Odb() {
+    if (!open) throw LibraryError("The database is closed.", 6);
+    return *odb;
+  }
 };
+
+// Counts an opening of `odb`; under the file's mutex.
+Database Opened(const CtxPtr& ctx, odb_Odb* odb) {
+  ++ctx->opens[odb];
+  return Database{ctx, odb};
+}
 
 Database Open(const py::object& path, bool readOnly) {
   const std::string absolute = AbsolutePath(path);
   CtxPtr ctx = ContextFor(absolute);
-  odb_Odb* odb = Released(*ctx, [&] {
+  return Released(*ctx, [&] {
     std::lock_guard<std::mutex> registry(RegistryMutex());
-    return &openOdb(odb_String(absolute.c_str(), absolute.size()), readOnly);
+    return Opened(ctx, &openOdb(odb_String(absolute.c_str(), absolute.size()), readOnly));
   });
-  return Database{ctx, odb};
 }
 
 Database Create(const py::object& path, const std::string& name, const std::string& title,
                 const std::string& description) {
   const std::string absolute = AbsolutePath(path);
   CtxPtr ctx = ContextFor(absolute);
-  odb_Odb* odb = Released(*ctx, [&] {
+  return Released(*ctx, [&] {
     std::lock_guard<std::mutex> registry(RegistryMutex());
-    return &Odb(name.c_str(), title.c_str(), description.c_str(),
-                odb_String(absolute.c_str(), absolute.size()));
+    return Opened(ctx, &Odb(name.c_str(), title.c_str(), description.c_str(),
+                            odb_String(absolute.c_str(), absolute.size())));
   });
-  return Database{ctx, odb};
 }
 
+// Ends this opening; the last opening of a database closes its file (what was not saved is
+// discarded). Closing again does nothing.
 void Close(Database& db) {
   Released(*db.ctx, [&] {
+    if (!db.open) return;
+    db.open = false;
+    auto it = db.ctx->opens.find(db.odb);
+    if (it != db.ctx->opens.end() && --it->second > 0) return;
+    if (it != db.ctx->opens.end()) db.ctx->opens.erase(it);
     std::lock_guard<std::mutex> registry(RegistryMutex());
     closeOdb(*db.odb);
   });
@@ -63,13 +81,13 @@ void BindDatabase(py::module_& m) {
       .def_property_readonly(
           "read_only", [](Database& db) { return Locked(*db.ctx, [&] { return db.odb->isReadOnly(); }); })
       .def_property_readonly(
-          "is_open", [](Database& db) { return Locked(*db.ctx, [&] { return db.odb->isOpen(); }); })
+          "is_open", [](Database& db) { return Locked(*db.ctx, [&] { return db.open && db.odb->isOpen(); }); })
       .def_property_readonly(
           "steps",
           [](Database& db) {
             return ToMap("Steps", Locked(*db.ctx, [&] {
                            Named<odb_Step> items;
-                           for (odb_StepRepositoryIT it(db.odb->steps()); !it.isDone(); it.next())
+                           for (odb_StepRepositoryIT it(db.Odb().steps()); !it.isDone(); it.next())
                              items.emplace_back(S(it.currentKey()), Hold(db.ctx, it.currentValue()));
                            return items;
                          }));
@@ -78,13 +96,13 @@ void BindDatabase(py::module_& m) {
       .def_property_readonly(
           "parts",
           [](Database& db) {
-            return ToMap("Parts", Locked(*db.ctx, [&] { return HoldAll(db.ctx, db.odb->parts()); }));
+            return ToMap("Parts", Locked(*db.ctx, [&] { return HoldAll(db.ctx, db.Odb().parts()); }));
           },
           "The parts by name, in name order.")
       .def_property_readonly(
           "root_assembly",
           [](Database& db) {
-            return Own(Locked(*db.ctx, [&] { return Hold(db.ctx, db.odb->rootAssembly()); }));
+            return Own(Locked(*db.ctx, [&] { return Hold(db.ctx, db.Odb().rootAssembly()); }));
           })
       .def(
           "create_part",
@@ -92,7 +110,7 @@ void BindDatabase(py::module_& m) {
             const auto d = ToEnum<odb_Enum::odb_DimensionEnum>(dimension, "dimension");
             const auto t = ToEnum<odb_Enum::odb_PartTypeEnum>(type, "type");
             return Own(Locked(*db.ctx, [&] {
-              return Hold(db.ctx, db.odb->DiscretePart(name.c_str(), d, t));
+              return Hold(db.ctx, db.Odb().DiscretePart(name.c_str(), d, t));
             }));
           },
           py::arg("name"), py::arg("dimension") = "THREE_D", py::arg("type") = "DEFORMABLE_BODY",
@@ -104,7 +122,7 @@ void BindDatabase(py::module_& m) {
              const std::string& procedure, double totalTime) {
             const auto d = ToEnum<odb_Enum::odb_DomainEnum>(domain, "domain");
             return Own(Locked(*db.ctx, [&] {
-              return Hold(db.ctx, db.odb->Step(name.c_str(), description.c_str(), d, timePeriod,
+              return Hold(db.ctx, db.Odb().Step(name.c_str(), description.c_str(), d, timePeriod,
                                                previous.c_str(), procedure.c_str(), totalTime));
             }));
           },
@@ -115,15 +133,15 @@ void BindDatabase(py::module_& m) {
           "get_frame",
           [](Database& db, double value, const py::object& match) {
             const auto how = ToEnum<odb_Enum::odb_MatchEnum>(match, "match");
-            return Own(Locked(*db.ctx, [&] { return Hold(db.ctx, db.odb->getFrame(value, how)); }));
+            return Own(Locked(*db.ctx, [&] { return Hold(db.ctx, db.Odb().getFrame(value, how)); }));
           },
           py::arg("value"), py::arg("match") = "CLOSEST",
           "The frame of any step whose analysis time is nearest to `value` under `match`.")
       .def(
-          "save", [](Database& db) { Released(*db.ctx, [&] { saveOdb(*db.odb); }); },
+          "save", [](Database& db) { Released(*db.ctx, [&] { saveOdb(db.Odb()); }); },
           "Commits everything written since the last save (the GIL is released meanwhile).")
       .def(
-          "update", [](Database& db) { return Released(*db.ctx, [&] { return db.odb->update(); }); },
+          "update", [](Database& db) { return Released(*db.ctx, [&] { return db.Odb().update(); }); },
           "Reads the steps and frames that another process saved since; True when there were any.")
       .def("close", &Close, "Closes the file; what was not saved is discarded. Closing again does nothing.")
       .def("__enter__", [](Database& db) -> Database& { return db; }, py::return_value_policy::reference)
@@ -138,7 +156,7 @@ void BindDatabase(py::module_& m) {
         Locked(*db.ctx, [&] {
           path = S(db.odb->path());
           readOnly = db.odb->isReadOnly();
-          open = db.odb->isOpen();
+          open = db.open && db.odb->isOpen();
         });
         return Repr("Database", Quoted(path) + (readOnly ? " read-only" : " writable") +
                                     (open ? ", open" : ", closed"));
@@ -147,7 +165,8 @@ void BindDatabase(py::module_& m) {
   m.def("open", &Open, py::arg("path"), py::arg("read_only") = true,
         "Opens the database file at `path`, read-only unless read_only=False (a write open that "
         "finds the file locked or not writable opens it read-only, with a warning). Opening a "
-        "file this process has open gives the same database.");
+        "file this process has open shares that database (its mode too): the file is closed "
+        "when its last opening is.");
   m.def("create", &Create, py::arg("path"), py::arg("name") = "", py::arg("title") = "",
         py::arg("description") = "",
         "Creates a new database file at `path` (replacing a file there), writable; `name` "

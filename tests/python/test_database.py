@@ -88,3 +88,19 @@ def test_enumerations_are_taken_by_value_or_name_and_checked(tmp_path):
         with pytest.raises(TypeError):
             db.create_part(None)
         assert list(db.parts) == ["A", "B"]
+
+
+def test_openings_of_one_file_share_it_until_the_last_is_closed(model_path):
+    first = qtvodb.open(model_path)
+    with pytest.warns(qtvodb.OdbWarning, match="remain readOnly"):
+        second = qtvodb.open(model_path)
+    frames = second.steps["LOAD"].frames
+    first.close()
+    assert not first.is_open and second.is_open
+    with pytest.raises(qtvodb.OdbError, match="The database is closed."):
+        first.steps
+    assert len(frames) == 3 and list(second.steps) == ["LOAD", "HOLD"]
+    second.close()
+    assert not second.is_open
+    with qtvodb.open(model_path) as third:  # the file opens again once every opening is closed
+        assert third.is_open
