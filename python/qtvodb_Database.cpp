@@ -27,23 +27,38 @@ Database Opened(const CtxPtr& ctx, odb_Odb* odb) {
   return Database{ctx, odb};
 }
 
+void Close(Database& db);
+
+// Runs `open` (which returns the registry's database) and counts the opening. A warning that
+// Python turns into an error (a warnings filter) ends the opening again, so that no opening
+// outlives the Python call that made it.
+template <class F>
+Database OpenWith(const std::string& absolute, F open) {
+  CtxPtr ctx = ContextFor(absolute);
+  std::optional<Database> db;
+  try {
+    Released(*ctx, [&] {
+      std::lock_guard<std::mutex> registry(RegistryMutex());
+      db = Opened(ctx, open());
+    });
+  } catch (py::error_already_set&) {
+    if (db) Close(*db);
+    throw;
+  }
+  return *db;
+}
+
 Database Open(const py::object& path, bool readOnly) {
   const std::string absolute = AbsolutePath(path);
-  CtxPtr ctx = ContextFor(absolute);
-  return Released(*ctx, [&] {
-    std::lock_guard<std::mutex> registry(RegistryMutex());
-    return Opened(ctx, &openOdb(odb_String(absolute.c_str(), absolute.size()), readOnly));
-  });
+  return OpenWith(absolute, [&] { return &openOdb(odb_String(absolute.c_str(), absolute.size()), readOnly); });
 }
 
 Database Create(const py::object& path, const std::string& name, const std::string& title,
                 const std::string& description) {
   const std::string absolute = AbsolutePath(path);
-  CtxPtr ctx = ContextFor(absolute);
-  return Released(*ctx, [&] {
-    std::lock_guard<std::mutex> registry(RegistryMutex());
-    return Opened(ctx, &Odb(name.c_str(), title.c_str(), description.c_str(),
-                            odb_String(absolute.c_str(), absolute.size())));
+  return OpenWith(absolute, [&] {
+    return &Odb(name.c_str(), title.c_str(), description.c_str(),
+                odb_String(absolute.c_str(), absolute.size()));
   });
 }
 

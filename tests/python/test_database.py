@@ -1,5 +1,6 @@
 """Opening, creating, saving and closing databases, and how errors reach Python."""
 import pathlib
+import warnings
 
 import pytest
 
@@ -104,3 +105,13 @@ def test_openings_of_one_file_share_it_until_the_last_is_closed(model_path):
     assert not second.is_open
     with qtvodb.open(model_path) as third:  # the file opens again once every opening is closed
         assert third.is_open
+
+
+def test_an_open_refused_by_a_warnings_filter_leaves_no_opening(model_path):
+    with warnings.catch_warnings():
+        warnings.simplefilter("error", qtvodb.OdbWarning)
+        with qtvodb.open(model_path):
+            with pytest.raises(qtvodb.OdbWarning, match="remain readOnly"):
+                qtvodb.open(model_path)  # warns of the opening it shares
+        with qtvodb.open(model_path) as again:  # a warning here: the refused opening stayed
+            assert again.is_open
