@@ -4,6 +4,7 @@ import time
 from concurrent.futures import ThreadPoolExecutor
 
 import numpy as np
+import pytest
 
 import qtvodb
 from conftest import FRAMES, block_mesh, frame_values, mises, write_model
@@ -20,6 +21,8 @@ def expected_max_mises():
     return [mises(frame_values(f, len(NODES), len(ELEMENTS))[1]).max() for f in range(FRAMES)]
 
 
+# Each file is read by several threads at once, which share its opening: the library says so.
+@pytest.mark.filterwarnings("ignore:The database has been opened with readOnly flag on")
 def test_threads_read_several_files_at_once(tmp_path):
     paths = [str(tmp_path / ("run%d.odb" % i)) for i in range(6)]
     for p in paths:
