@@ -7,9 +7,12 @@ set -euo pipefail
 # python3-numpy lets the test of the Python reading example run instead of being skipped.
 # libxxhash-dev gives the hash of the page checksums (python3-xxhash lets the test of the
 # documented page check run); clang and libclang-rt-14-dev build the fuzz driver of tests/fault;
-# libhdf5-dev is the baseline that bench_endtoend measures against.
+# libhdf5-dev is the baseline that bench_endtoend measures against. python3-pybind11 and
+# python3-dev build the Python module (python/), python3-numpy gives it its arrays, and
+# python3-pytest and python3-dask run its tests and its Dask example.
 packages=(g++ cmake make pkg-config libsqlite3-dev libgtest-dev git python3-numpy libxxhash-dev
-          python3-xxhash clang libclang-rt-14-dev libhdf5-dev)
+          python3-xxhash clang libclang-rt-14-dev libhdf5-dev python3-pybind11 python3-dev
+          python3-pytest python3-dask)
 
 missing=()
 for p in "${packages[@]}"; do
