@@ -50,7 +50,15 @@ Database OpenWith(const std::string& absolute, F open) {
 
 Database Open(const py::object& path, bool readOnly) {
   const std::string absolute = AbsolutePath(path);
-  return OpenWith(absolute, [&] { return &openOdb(odb_String(absolute.c_str(), absolute.size()), readOnly); });
+  CtxPtr ctx = ContextFor(absolute);
+  return OpenWith(absolute, [&] {
+    // A read-only opening of a file open already shares it as the registry would, without the
+    // registry's warning that a read-only database stays read-only: that was asked for.
+    if (readOnly)
+      for (const auto& opened : ctx->opens)
+        if (opened.second > 0 && opened.first->isOpen()) return opened.first;
+    return &openOdb(odb_String(absolute.c_str(), absolute.size()), readOnly);
+  });
 }
 
 Database Create(const py::object& path, const std::string& name, const std::string& title,

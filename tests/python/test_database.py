@@ -93,8 +93,11 @@ def test_enumerations_are_taken_by_value_or_name_and_checked(tmp_path):
 
 def test_openings_of_one_file_share_it_until_the_last_is_closed(model_path):
     first = qtvodb.open(model_path)
-    with pytest.warns(qtvodb.OdbWarning, match="remain readOnly"):
+    with warnings.catch_warnings():
+        warnings.simplefilter("error")  # a read-only opening shares the file without a warning
         second = qtvodb.open(model_path)
+    with pytest.warns(qtvodb.OdbWarning, match="remain readOnly"):
+        qtvodb.open(model_path, read_only=False).close()  # a write opening is told it cannot
     frames = second.steps["LOAD"].frames
     first.close()
     assert not first.is_open and second.is_open
@@ -112,6 +115,6 @@ def test_an_open_refused_by_a_warnings_filter_leaves_no_opening(model_path):
         warnings.simplefilter("error", qtvodb.OdbWarning)
         with qtvodb.open(model_path):
             with pytest.raises(qtvodb.OdbWarning, match="remain readOnly"):
-                qtvodb.open(model_path)  # warns of the opening it shares
+                qtvodb.open(model_path, read_only=False)  # warns that it shares a read-only one
         with qtvodb.open(model_path) as again:  # a warning here: the refused opening stayed
             assert again.is_open

@@ -26,6 +26,7 @@ def test_frames_are_a_sequence_with_negative_indices_and_slices(db):
     assert [f.index for f in frames] == [0, 1, 2]
     assert frames[-1].index == 2 and frames[-3].index == 0
     assert [f.increment_number for f in frames[::2]] == [1, 3]
+    assert [f.index for f in frames[::-1]] == [2, 1, 0]
     assert frames[1].value == 1.0 and frames[1].description == "Increment 2"
     for bad in (3, -4):
         with pytest.raises(qtvodb.OdbError, match="Incorrect index for frame."):

@@ -21,8 +21,8 @@ def expected_max_mises():
     return [mises(frame_values(f, len(NODES), len(ELEMENTS))[1]).max() for f in range(FRAMES)]
 
 
-# Each file is read by several threads at once, which share its opening: the library says so.
-@pytest.mark.filterwarnings("ignore:The database has been opened with readOnly flag on")
+# Each file is read by several threads at once, which share its opening without a warning.
+@pytest.mark.filterwarnings("error")
 def test_threads_read_several_files_at_once(tmp_path):
     paths = [str(tmp_path / ("run%d.odb" % i)) for i in range(6)]
     for p in paths:
