@@ -55,12 +55,30 @@ def test_values_array_over_the_whole_field(db):
     von_mises = frame.field_outputs["S"].values_array(invariant="MISES")
     assert von_mises.shape == (len(ELEMENTS) * POINTS,)
     np.testing.assert_allclose(von_mises, mises(s), rtol=1e-5)
+    # The same as the library's scalar field of the invariant, however it is computed.
+    scalar = frame.field_outputs["S"].get_scalar_field("MISES")
+    assert scalar.is_orphan and scalar.type == qtvodb.SCALAR
+    np.testing.assert_allclose(von_mises, scalar.values_array()[:, 0], rtol=1e-6)
+    np.testing.assert_allclose(frame.field_outputs["S"].values_array(invariant="TRESCA"),
+                               scalar_tresca(s), rtol=1e-5, atol=1e-3)
     centroid = frame.field_outputs["S"].values_array(position=qtvodb.CENTROID)
     np.testing.assert_allclose(centroid, s.mean(axis=1), rtol=1e-5, atol=1e-4)
     with pytest.raises(qtvodb.OdbError, match="Invalid invariant"):
         frame.field_outputs["U"].values_array(invariant="MISES")
     with pytest.raises(ValueError):
         frame.field_outputs["S"].values_array(invariant="VOLUME")
+
+
+def scalar_tresca(s):
+    """The largest difference of principal stresses of each row of S."""
+    s = s.reshape(-1, 6).astype(np.float64)
+    t = np.empty((len(s), 3, 3))
+    t[:, 0, 0], t[:, 1, 1], t[:, 2, 2] = s[:, 0], s[:, 1], s[:, 2]
+    t[:, 0, 1] = t[:, 1, 0] = s[:, 3]
+    t[:, 0, 2] = t[:, 2, 0] = s[:, 4]
+    t[:, 1, 2] = t[:, 2, 1] = s[:, 5]
+    principal = np.linalg.eigvalsh(t)
+    return principal[:, 2] - principal[:, 0]
 
 
 def new_field(db, name="S"):
