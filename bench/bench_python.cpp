@@ -36,7 +36,8 @@ double Read(const char* path) {
     odb_Step& step = odb.steps()["LOAD"];
     for (int i = 0; i < step.frames().size(); ++i) {
       const odb_SequenceFieldBulkData& blocks = step.frames(i).fieldOutputs()["S"].bulkDataBlocks();
-      for (int k = 0; k < blocks.size(); ++k) sum += blocks[k].data()[0] + blocks[k].elementLabels()[0];
+      for (int k = 0; k < blocks.size(); ++k)
+        sum += blocks[k].data()[0] + blocks[k].elementLabels()[0];
     }
     closeOdb(odb);
   });
@@ -61,7 +62,8 @@ double Write(const char* model, const char* out, int cells) {
     for (int f = 0; f < kFrames; ++f) {
       odb_Frame frame = step.Frame(f + 1, 0.1 * (f + 1), "");
       frame.FieldOutput("U", "displacement", odb_Enum::VECTOR)
-          .addData(odb_Enum::NODAL, instance, int(nodes.size()), nodes.data(), int(nodes.size()), 3, u.data());
+          .addData(odb_Enum::NODAL, instance, int(nodes.size()), nodes.data(), int(nodes.size()), 3,
+                   u.data());
       frame.FieldOutput("S", "stress", odb_Enum::TENSOR_3D_FULL)
           .addData(odb_Enum::INTEGRATION_POINT, instance, int(elements.size()), elements.data(),
                    int(elements.size()) * 8, 6, s.data());
@@ -75,7 +77,8 @@ double Write(const char* model, const char* out, int cells) {
 float Mises(const float* t) {
   const float p = (t[0] + t[1] + t[2]) / 3;
   const float a = t[0] - p, b = t[1] - p, c = t[2] - p;
-  return std::sqrt(1.5f * (a * a + b * b + c * c) + 3.0f * (t[3] * t[3] + t[4] * t[4] + t[5] * t[5]));
+  return std::sqrt(1.5f * (a * a + b * b + c * c) +
+                   3.0f * (t[3] * t[3] + t[4] * t[4] + t[5] * t[5]));
 }
 
 __attribute__((noinline)) float MaxMises(const float* rows, int n, float start) {
@@ -112,11 +115,13 @@ void MisesTimes(const char* path, int runs) {
     odb_Odb& odb = openOdb(path, true);
     const std::vector<odb_FieldBulkData> blocks = ReadBlocks(odb);
     loopSeconds = std::min(loopSeconds, Seconds([&] {
-      for (const odb_FieldBulkData& block : blocks) loop = MaxMises(block.data(), block.length(), loop);
-    }));
+                             for (const odb_FieldBulkData& block : blocks)
+                               loop = MaxMises(block.data(), block.length(), loop);
+                           }));
     librarySeconds = std::min(librarySeconds, Seconds([&] {
-      for (const odb_FieldBulkData& block : blocks) library = MaxOf(block.mises(), block.length(), library);
-    }));
+                                for (const odb_FieldBulkData& block : blocks)
+                                  library = MaxOf(block.mises(), block.length(), library);
+                              }));
     closeOdb(odb);
   }
   std::printf("%.6f %.6f %.3f %.3f\n", loopSeconds, librarySeconds, loop, library);
@@ -142,13 +147,15 @@ int main(int argc, char** argv) {
     std::printf("%.6f\n", Best(std::atoi(argv[3]), [&] { Read(argv[2]); }));
   } else if (mode == "write" && argc == 6) {
     double best = 1e30;
-    for (int run = 0; run < std::atoi(argv[5]); ++run) best = std::min(best, Write(argv[2], argv[3], std::atoi(argv[4])));
+    for (int run = 0; run < std::atoi(argv[5]); ++run)
+      best = std::min(best, Write(argv[2], argv[3], std::atoi(argv[4])));
     std::printf("%.6f\n", best);
   } else if (mode == "mises" && argc == 4) {
     MisesTimes(argv[2], std::atoi(argv[3]));
   } else {
-    std::fprintf(stderr,
-                 "usage: bench_python [read FILE RUNS | write MODEL OUT CELLS RUNS | mises FILE RUNS]\n");
+    std::fprintf(
+        stderr,
+        "usage: bench_python [read FILE RUNS | write MODEL OUT CELLS RUNS | mises FILE RUNS]\n");
     return 2;
   }
   odb_finalizeAPI();

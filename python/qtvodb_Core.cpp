@@ -34,7 +34,9 @@ class WarningSink : public wip_WipReporter {
  public:
   void Error(const odb_String&) override {}  // the library throws the error itself
   void Error(const odb_SequenceString&) override {}
-  void Warning(const odb_String& text) override { pending.emplace_back(text.CStr(), text.Length()); }
+  void Warning(const odb_String& text) override {
+    pending.emplace_back(text.CStr(), text.Length());
+  }
   void Warning(const odb_SequenceString& texts) override {
     if (texts.size() > 0) Warning(texts[0]);
   }

@@ -174,8 +174,8 @@ E ToEnum(const py::handle& value, const char* what) {
     py::dict members = type.attr("__members__");
     if (members.contains(value)) return members[value].template cast<E>();
     throw py::value_error(std::string(what) + ": unknown name '" + value.cast<std::string>() +
-                          "' (one of " + py::str(py::list(members.attr("keys")())).cast<std::string>() +
-                          ")");
+                          "' (one of " +
+                          py::str(py::list(members.attr("keys")())).cast<std::string>() + ")");
   }
   throw py::type_error(std::string(what) + " must be a qtvodb." +
                        type.attr("__name__").cast<std::string>() + " or its name, not " +

@@ -97,21 +97,25 @@ void BindDatabase(py::module_& m) {
                        "One output database. A context manager: `with qtvodb.open(path) as db:` "
                        "closes it on exit; nothing is saved but by save().")
       .def_property_readonly("name", [](Database& db) { return Text(db, &odb_Odb::name); })
-      .def_property_readonly("title", [](Database& db) { return Text(db, &odb_Odb::analysisTitle); })
+      .def_property_readonly("title",
+                             [](Database& db) { return Text(db, &odb_Odb::analysisTitle); })
       .def_property_readonly("description",
                              [](Database& db) { return Text(db, &odb_Odb::description); })
       .def_property_readonly("path", [](Database& db) { return Text(db, &odb_Odb::path); })
       .def_property_readonly(
-          "read_only", [](Database& db) { return Locked(*db.ctx, [&] { return db.odb->isReadOnly(); }); })
+          "read_only",
+          [](Database& db) { return Locked(*db.ctx, [&] { return db.odb->isReadOnly(); }); })
       .def_property_readonly(
-          "is_open", [](Database& db) { return Locked(*db.ctx, [&] { return db.open && db.odb->isOpen(); }); })
+          "is_open",
+          [](Database& db) { return Locked(*db.ctx, [&] { return db.open && db.odb->isOpen(); }); })
       .def_property_readonly(
           "steps",
           [](Database& db) {
             return ToMap("Steps", Locked(*db.ctx, [&] {
                            Named<odb_Step> items;
                            for (odb_StepRepositoryIT it(db.Odb().steps()); !it.isDone(); it.next())
-                             items.emplace_back(S(it.currentKey()), Hold(db.ctx, it.currentValue()));
+                             items.emplace_back(S(it.currentKey()),
+                                                Hold(db.ctx, it.currentValue()));
                            return items;
                          }));
           },
@@ -119,7 +123,8 @@ void BindDatabase(py::module_& m) {
       .def_property_readonly(
           "parts",
           [](Database& db) {
-            return ToMap("Parts", Locked(*db.ctx, [&] { return HoldAll(db.ctx, db.Odb().parts()); }));
+            return ToMap("Parts",
+                         Locked(*db.ctx, [&] { return HoldAll(db.ctx, db.Odb().parts()); }));
           },
           "The parts by name, in name order.")
       .def_property_readonly(
@@ -129,12 +134,12 @@ void BindDatabase(py::module_& m) {
           })
       .def(
           "create_part",
-          [](Database& db, const std::string& name, const py::object& dimension, const py::object& type) {
+          [](Database& db, const std::string& name, const py::object& dimension,
+             const py::object& type) {
             const auto d = ToEnum<odb_Enum::odb_DimensionEnum>(dimension, "dimension");
             const auto t = ToEnum<odb_Enum::odb_PartTypeEnum>(type, "type");
-            return Own(Locked(*db.ctx, [&] {
-              return Hold(db.ctx, db.Odb().DiscretePart(name.c_str(), d, t));
-            }));
+            return Own(Locked(
+                *db.ctx, [&] { return Hold(db.ctx, db.Odb().DiscretePart(name.c_str(), d, t)); }));
           },
           py::arg("name"), py::arg("dimension") = "THREE_D", py::arg("type") = "DEFORMABLE_BODY",
           "Makes an empty part; see Part.add_nodes and Part.add_elements.")
@@ -146,7 +151,7 @@ void BindDatabase(py::module_& m) {
             const auto d = ToEnum<odb_Enum::odb_DomainEnum>(domain, "domain");
             return Own(Locked(*db.ctx, [&] {
               return Hold(db.ctx, db.Odb().Step(name.c_str(), description.c_str(), d, timePeriod,
-                                               previous.c_str(), procedure.c_str(), totalTime));
+                                                previous.c_str(), procedure.c_str(), totalTime));
             }));
           },
           py::arg("name"), py::arg("description") = "", py::arg("domain") = "TIME",
@@ -156,7 +161,8 @@ void BindDatabase(py::module_& m) {
           "get_frame",
           [](Database& db, double value, const py::object& match) {
             const auto how = ToEnum<odb_Enum::odb_MatchEnum>(match, "match");
-            return Own(Locked(*db.ctx, [&] { return Hold(db.ctx, db.Odb().getFrame(value, how)); }));
+            return Own(
+                Locked(*db.ctx, [&] { return Hold(db.ctx, db.Odb().getFrame(value, how)); }));
           },
           py::arg("value"), py::arg("match") = "CLOSEST",
           "The frame of any step whose analysis time is nearest to `value` under `match`.")
@@ -164,10 +170,14 @@ void BindDatabase(py::module_& m) {
           "save", [](Database& db) { Released(*db.ctx, [&] { saveOdb(db.Odb()); }); },
           "Commits everything written since the last save (the GIL is released meanwhile).")
       .def(
-          "update", [](Database& db) { return Released(*db.ctx, [&] { return db.Odb().update(); }); },
+          "update",
+          [](Database& db) { return Released(*db.ctx, [&] { return db.Odb().update(); }); },
           "Reads the steps and frames that another process saved since; True when there were any.")
-      .def("close", &Close, "Closes the file; what was not saved is discarded. Closing again does nothing.")
-      .def("__enter__", [](Database& db) -> Database& { return db; }, py::return_value_policy::reference)
+      .def("close", &Close,
+           "Closes the file; what was not saved is discarded. Closing again does nothing.")
+      .def(
+          "__enter__", [](Database& db) -> Database& { return db; },
+          py::return_value_policy::reference)
       .def("__exit__",
            [](Database& db, const py::args&) {
              Close(db);

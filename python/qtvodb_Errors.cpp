@@ -23,7 +23,8 @@ void BindErrors(py::module_& m) {
   g_error.attr("__doc__") =
       "An error of the library: its message is the library's, `code` its number (6 for most).";
   g_warning = py::exception<void>(m, "OdbWarning", PyExc_UserWarning).release();
-  g_warning.attr("__doc__") = "A warning of the library (a read-only save, an unknown element type ...).";
+  g_warning.attr("__doc__") =
+      "A warning of the library (a read-only save, an unknown element type ...).";
   m.attr(errorName.c_str()) = g_error;
   m.attr("OdbWarning") = g_warning;
 

@@ -97,7 +97,8 @@ void AddData(Field& f, const py::object& position, Held<odb_Instance>& instance,
   if (!conjugate.is_none()) c = FloatArray(conjugate, "conjugate_data");
   // Rows are the last axis: (locations, width), (elements, points, width) ...; a flat array is
   // taken in rows of the field's width, and the library says when the counts do not add up.
-  long long width = d.ndim() >= 2 ? d.shape(d.ndim() - 1) : Ask(f, [](odb_FieldOutput& o) { return o.width(); });
+  long long width =
+      d.ndim() >= 2 ? d.shape(d.ndim() - 1) : Ask(f, [](odb_FieldOutput& o) { return o.width(); });
   if (width <= 0) width = 1;
   const long long size = d.size();
   const long long rows = d.ndim() >= 2 ? size / width : (size + width - 1) / width;
@@ -105,7 +106,8 @@ void AddData(Field& f, const py::object& position, Held<odb_Instance>& instance,
     throw py::value_error("add_data(): more than 2**31 - 1 rows, labels or components");
   Released(*f.ctx, [&] {
     f.get().addData(where, instance.get(), int(l.size()), odb_ArrayView<int>(l.data(), l.size()),
-                    int(rows), int(width), odb_ArrayView<float>(d.data(), d.size()), odb_SectionPoint(),
+                    int(rows), int(width), odb_ArrayView<float>(d.data(), d.size()),
+                    odb_SectionPoint(),
                     c ? odb_ArrayView<float>(c->data(), c->size()) : odb_ArrayView<float>());
   });
 }
@@ -123,35 +125,64 @@ void BindFields(py::module_& m) {
                        "One block of a field: one element type (or the nodes) at one position "
                        "of one instance, as read-only arrays over the library's memory.")
       .def_property_readonly(
-          "data", [](BulkData& b) { return b.View<float>([](odb_FieldBulkData& k) { return k.data(); }, true); },
+          "data",
+          [](BulkData& b) {
+            return b.View<float>([](odb_FieldBulkData& k) { return k.data(); }, true);
+          },
           "(locations, components) float32.")
       .def_property_readonly(
           "conjugate_data",
-          [](BulkData& b) { return b.View<float>([](odb_FieldBulkData& k) { return k.conjugateData(); }, true); },
+          [](BulkData& b) {
+            return b.View<float>([](odb_FieldBulkData& k) { return k.conjugateData(); }, true);
+          },
           "The imaginary parts of complex data, as data; None for real data.")
       .def_property_readonly(
           "element_labels",
-          [](BulkData& b) { return b.View<int>([](odb_FieldBulkData& k) { return k.elementLabels(); }, false); },
+          [](BulkData& b) {
+            return b.View<int>([](odb_FieldBulkData& k) { return k.elementLabels(); }, false);
+          },
           "Per location; -1 where none applies (nodal data).")
       .def_property_readonly(
           "node_labels",
-          [](BulkData& b) { return b.View<int>([](odb_FieldBulkData& k) { return k.nodeLabels(); }, false); },
+          [](BulkData& b) {
+            return b.View<int>([](odb_FieldBulkData& k) { return k.nodeLabels(); }, false);
+          },
           "Per location; -1 where none applies (integration-point data).")
       .def_property_readonly(
           "integration_points",
-          [](BulkData& b) { return b.View<int>([](odb_FieldBulkData& k) { return k.integrationPoints(); }, false); },
+          [](BulkData& b) {
+            return b.View<int>([](odb_FieldBulkData& k) { return k.integrationPoints(); }, false);
+          },
           "Per location, from 1; -1 where none applies.")
       .def_property_readonly(
-          "mises", [](BulkData& b) { return b.View<float>([](odb_FieldBulkData& k) { return k.mises(); }, false); },
+          "mises",
+          [](BulkData& b) {
+            return b.View<float>([](odb_FieldBulkData& k) { return k.mises(); }, false);
+          },
           "The Mises stress of each location of tensor data (zeros for other types).")
       .def_property_readonly("element_type",
-                             [](BulkData& b) { return Locked(*b.block->ctx, [&] { return S(b.block->get().baseElementType()); }); })
+                             [](BulkData& b) {
+                               return Locked(*b.block->ctx,
+                                             [&] { return S(b.block->get().baseElementType()); });
+                             })
       .def_property_readonly("position",
-                             [](BulkData& b) { return Locked(*b.block->ctx, [&] { return b.block->get().position(); }); })
+                             [](BulkData& b) {
+                               return Locked(*b.block->ctx,
+                                             [&] { return b.block->get().position(); });
+                             })
       .def_property_readonly("instance_name",
-                             [](BulkData& b) { return Locked(*b.block->ctx, [&] { return S(b.block->get().instance().name()); }); })
-      .def_property_readonly("length", [](BulkData& b) { return Locked(*b.block->ctx, [&] { return b.block->get().length(); }); })
-      .def_property_readonly("width", [](BulkData& b) { return Locked(*b.block->ctx, [&] { return b.block->get().width(); }); })
+                             [](BulkData& b) {
+                               return Locked(*b.block->ctx,
+                                             [&] { return S(b.block->get().instance().name()); });
+                             })
+      .def_property_readonly("length",
+                             [](BulkData& b) {
+                               return Locked(*b.block->ctx,
+                                             [&] { return b.block->get().length(); });
+                             })
+      .def_property_readonly(
+          "width",
+          [](BulkData& b) { return Locked(*b.block->ctx, [&] { return b.block->get().width(); }); })
       .def("__repr__", [](BulkData& b) {
         std::string type, instance;
         odb_Enum::odb_ResultPositionEnum position = odb_Enum::UNDEFINED_POSITION;
@@ -165,19 +196,27 @@ void BindFields(py::module_& m) {
           width = k.width();
         });
         return Repr("BulkData", (type.empty() ? std::string("nodes") : type) + " " +
-                                    EnumName(py::cast(position)) + " of " + Quoted(instance) + ": " +
-                                    std::to_string(length) + " x " + std::to_string(width));
+                                    EnumName(py::cast(position)) + " of " + Quoted(instance) +
+                                    ": " + std::to_string(length) + " x " + std::to_string(width));
       });
 
   py::class_<Field> field(m, "FieldOutput", "One field variable of a frame (U, S ...).");
-  field.def_property_readonly("name", [](Field& f) { return Ask(f, [](odb_FieldOutput& o) { return S(o.name()); }); })
-      .def_property_readonly("description",
-                             [](Field& f) { return Ask(f, [](odb_FieldOutput& o) { return S(o.description()); }); })
-      .def_property_readonly("type", [](Field& f) { return Ask(f, [](odb_FieldOutput& o) { return o.type(); }); })
-      .def_property_readonly("width", [](Field& f) { return Ask(f, [](odb_FieldOutput& o) { return o.width(); }); },
-                             "Floats per value.")
+  field
       .def_property_readonly(
-          "component_labels", [](Field& f) { return Ask(f, [](odb_FieldOutput& o) { return Texts(o.componentLabels()); }); })
+          "name", [](Field& f) { return Ask(f, [](odb_FieldOutput& o) { return S(o.name()); }); })
+      .def_property_readonly(
+          "description",
+          [](Field& f) { return Ask(f, [](odb_FieldOutput& o) { return S(o.description()); }); })
+      .def_property_readonly(
+          "type", [](Field& f) { return Ask(f, [](odb_FieldOutput& o) { return o.type(); }); })
+      .def_property_readonly(
+          "width", [](Field& f) { return Ask(f, [](odb_FieldOutput& o) { return o.width(); }); },
+          "Floats per value.")
+      .def_property_readonly(
+          "component_labels",
+          [](Field& f) {
+            return Ask(f, [](odb_FieldOutput& o) { return Texts(o.componentLabels()); });
+          })
       .def_property_readonly("valid_invariants",
                              [](Field& f) {
                                return Ask(f, [](odb_FieldOutput& o) {
@@ -187,8 +226,10 @@ void BindFields(py::module_& m) {
                                  return out;
                                });
                              })
-      .def_property_readonly("is_orphan", [](Field& f) { return Ask(f, [](odb_FieldOutput& o) { return o.isOrphan(); }); },
-                             "True for computed fields and subsets, which belong to no frame.")
+      .def_property_readonly(
+          "is_orphan",
+          [](Field& f) { return Ask(f, [](odb_FieldOutput& o) { return o.isOrphan(); }); },
+          "True for computed fields and subsets, which belong to no frame.")
       .def(
           "bulk_data",
           [](Field& f) {
@@ -203,7 +244,8 @@ void BindFields(py::module_& m) {
             return list;
           },
           "The field's blocks, in the order they were first written.")
-      .def("values_array", &ValuesArray, py::arg("position") = py::none(), py::arg("invariant") = py::none(),
+      .def("values_array", &ValuesArray, py::arg("position") = py::none(),
+           py::arg("invariant") = py::none(),
            "Every value of the field (of its subset at `position`; of one `invariant`) as one "
            "array of its own: (values, components) float32, or (values,) for an invariant.")
       .def(
@@ -217,7 +259,8 @@ void BindFields(py::module_& m) {
           "get_scalar_field",
           [](Field& f, const py::object& invariant) {
             const auto which = ToEnum<odb_Enum::odb_InvariantEnum>(invariant, "invariant");
-            return Own(Released(*f.ctx, [&] { return Hold(f.ctx, f.get().getScalarField(which)); }));
+            return Own(
+                Released(*f.ctx, [&] { return Hold(f.ctx, f.get().getScalarField(which)); }));
           },
           py::arg("invariant"), "One invariant of every value, as an orphan SCALAR field.")
       .def("add_data", &AddData, py::arg("position"), py::arg("instance"), py::arg("labels"),
@@ -234,8 +277,8 @@ void BindFields(py::module_& m) {
           type = f.get().type();
           width = f.get().width();
         });
-        return Repr("FieldOutput",
-                    Quoted(name) + " " + EnumName(py::cast(type)) + ", " + std::to_string(width) + " components");
+        return Repr("FieldOutput", Quoted(name) + " " + EnumName(py::cast(type)) + ", " +
+                                       std::to_string(width) + " components");
       });
   BindFieldOperators(field);
 }

@@ -27,7 +27,8 @@ void AddData(Output& o, const py::object& times, const py::object& values) {
       // The library refuses arrays of unequal lengths in its own words, appending nothing.
       const float zero = 0;
       const bool moreTimes = time.size() > value.size();
-      o.get().addData(odb_SequenceFloat(&zero, moreTimes ? 1 : 0), odb_SequenceFloat(&zero, moreTimes ? 0 : 1));
+      o.get().addData(odb_SequenceFloat(&zero, moreTimes ? 1 : 0),
+                      odb_SequenceFloat(&zero, moreTimes ? 0 : 1));
     }
     const double* tp = time.data();
     const float* vp = value.data();
@@ -39,10 +40,13 @@ void AddData(Output& o, const py::object& times, const py::object& values) {
 
 void BindHistory(py::module_& m) {
   py::class_<Output>(m, "HistoryOutput", "One quantity of a history region: (time, value) pairs.")
-      .def_property_readonly("name", [](Output& o) { return Locked(*o.ctx, [&] { return S(o.get().name()); }); })
-      .def_property_readonly("description",
-                             [](Output& o) { return Locked(*o.ctx, [&] { return S(o.get().description()); }); })
-      .def_property_readonly("type", [](Output& o) { return Locked(*o.ctx, [&] { return o.get().type(); }); })
+      .def_property_readonly(
+          "name", [](Output& o) { return Locked(*o.ctx, [&] { return S(o.get().name()); }); })
+      .def_property_readonly(
+          "description",
+          [](Output& o) { return Locked(*o.ctx, [&] { return S(o.get().description()); }); })
+      .def_property_readonly(
+          "type", [](Output& o) { return Locked(*o.ctx, [&] { return o.get().type(); }); })
       .def_property_readonly(
           "data",
           [](Output& o) {
@@ -61,14 +65,16 @@ void BindHistory(py::module_& m) {
           "times",
           [](Output& o) {
             std::shared_ptr<Pairs> pairs = ReadPairs(o);
-            return ViewOf(pairs->get().times(), {pairs->get().size()}, new std::shared_ptr<Pairs>(pairs));
+            return ViewOf(pairs->get().times(), {pairs->get().size()},
+                          new std::shared_ptr<Pairs>(pairs));
           },
           "The times, float64, read-only over the library's memory.")
       .def_property_readonly(
           "values",
           [](Output& o) {
             std::shared_ptr<Pairs> pairs = ReadPairs(o);
-            return ViewOf(pairs->get().values(), {pairs->get().size()}, new std::shared_ptr<Pairs>(pairs));
+            return ViewOf(pairs->get().values(), {pairs->get().size()},
+                          new std::shared_ptr<Pairs>(pairs));
           },
           "The values, float32, read-only over the library's memory.")
       .def("add_data", &AddData, py::arg("times"), py::arg("values"),
@@ -77,23 +83,31 @@ void BindHistory(py::module_& m) {
       .def("__repr__", [](Output& o) {
         std::string name;
         Locked(*o.ctx, [&] { name = S(o.get().name()); });
-        return Repr("HistoryOutput", Quoted(name) + ": " + std::to_string(ReadPairs(o)->get().size()) + " pairs");
+        return Repr("HistoryOutput",
+                    Quoted(name) + ": " + std::to_string(ReadPairs(o)->get().size()) + " pairs");
       });
 
-  py::class_<Region>(m, "HistoryRegion", "The history outputs recorded at one point of the model in one step.")
-      .def_property_readonly("name", [](Region& r) { return Locked(*r.ctx, [&] { return S(r.get().name()); }); })
-      .def_property_readonly("description",
-                             [](Region& r) { return Locked(*r.ctx, [&] { return S(r.get().description()); }); })
-      .def_property_readonly("position", [](Region& r) { return Locked(*r.ctx, [&] { return r.get().position(); }); })
+  py::class_<Region>(m, "HistoryRegion",
+                     "The history outputs recorded at one point of the model in one step.")
+      .def_property_readonly(
+          "name", [](Region& r) { return Locked(*r.ctx, [&] { return S(r.get().name()); }); })
+      .def_property_readonly(
+          "description",
+          [](Region& r) { return Locked(*r.ctx, [&] { return S(r.get().description()); }); })
+      .def_property_readonly(
+          "position", [](Region& r) { return Locked(*r.ctx, [&] { return r.get().position(); }); })
       .def_property_readonly("history_outputs",
                              [](Region& r) {
-                               return ToMap("HistoryOutputs",
-                                            Locked(*r.ctx, [&] { return HoldAll(r.ctx, r.get().historyOutputs()); }));
+                               return ToMap("HistoryOutputs", Locked(*r.ctx, [&] {
+                                              return HoldAll(r.ctx, r.get().historyOutputs());
+                                            }));
                              })
       .def(
           "create_history_output",
           [](Region& r, const std::string& name, const std::string& description) {
-            return Own(Locked(*r.ctx, [&] { return Hold(r.ctx, r.get().HistoryOutput(name.c_str(), description.c_str())); }));
+            return Own(Locked(*r.ctx, [&] {
+              return Hold(r.ctx, r.get().HistoryOutput(name.c_str(), description.c_str()));
+            }));
           },
           py::arg("name"), py::arg("description") = "")
       .def("__repr__", [](Region& r) {

@@ -122,11 +122,13 @@ std::string EntityRepr(Held<T>& held, const char* kind) {
 // What parts and instances share.
 template <class T>
 void BindEntity(py::class_<Held<T>>& c) {
-  c.def_property_readonly("name",
-                          [](Held<T>& h) { return Locked(*h.ctx, [&] { return S(h.get().name()); }); })
-      .def_property_readonly("embedded_space",
-                             [](Held<T>& h) { return Locked(*h.ctx, [&] { return h.get().embeddedSpace(); }); })
-      .def_property_readonly("type", [](Held<T>& h) { return Locked(*h.ctx, [&] { return h.get().type(); }); })
+  c.def_property_readonly(
+       "name", [](Held<T>& h) { return Locked(*h.ctx, [&] { return S(h.get().name()); }); })
+      .def_property_readonly(
+          "embedded_space",
+          [](Held<T>& h) { return Locked(*h.ctx, [&] { return h.get().embeddedSpace(); }); })
+      .def_property_readonly(
+          "type", [](Held<T>& h) { return Locked(*h.ctx, [&] { return h.get().type(); }); })
       .def_property_readonly(
           "nodes",
           [](Held<T>& h) {
@@ -136,20 +138,25 @@ void BindEntity(py::class_<Held<T>>& c) {
       .def_property_readonly(
           "elements",
           [](Held<T>& h) {
-            return Elements(Locked(*h.ctx, [&] { return std::make_shared<Entity>(h.ctx, h.get()); }));
+            return Elements(
+                Locked(*h.ctx, [&] { return std::make_shared<Entity>(h.ctx, h.get()); }));
           },
           "The elements as arrays: labels, connectivity (node labels), offsets, types.")
       .def_property_readonly("node_sets",
                              [](Held<T>& h) {
-                               return ToMap("NodeSets", Locked(*h.ctx, [&] { return HoldAll(h.ctx, h.get().nodeSets()); }));
+                               return ToMap("NodeSets", Locked(*h.ctx, [&] {
+                                              return HoldAll(h.ctx, h.get().nodeSets());
+                                            }));
                              })
       .def_property_readonly("element_sets",
                              [](Held<T>& h) {
-                               return ToMap("ElementSets",
-                                            Locked(*h.ctx, [&] { return HoldAll(h.ctx, h.get().elementSets()); }));
+                               return ToMap("ElementSets", Locked(*h.ctx, [&] {
+                                              return HoldAll(h.ctx, h.get().elementSets());
+                                            }));
                              })
       .def_property_readonly("surfaces", [](Held<T>& h) {
-        return ToMap("Surfaces", Locked(*h.ctx, [&] { return HoldAll(h.ctx, h.get().surfaces()); }));
+        return ToMap("Surfaces",
+                     Locked(*h.ctx, [&] { return HoldAll(h.ctx, h.get().surfaces()); }));
       });
   // Sets from label arrays, on parts and instances alike.
   c.def(
@@ -157,7 +164,8 @@ void BindEntity(py::class_<Held<T>>& c) {
        [](Held<T>& h, const std::string& name, const py::object& labels) {
          auto l = IntArray(labels, "labels");
          return Own(Locked(*h.ctx, [&] {
-           return Hold(h.ctx, h.get().NodeSet(name.c_str(), odb_SequenceInt(l.data(), int(l.size()))));
+           return Hold(h.ctx,
+                       h.get().NodeSet(name.c_str(), odb_SequenceInt(l.data(), int(l.size()))));
          }));
        },
        py::arg("name"), py::arg("labels"))
@@ -166,7 +174,8 @@ void BindEntity(py::class_<Held<T>>& c) {
           [](Held<T>& h, const std::string& name, const py::object& labels) {
             auto l = IntArray(labels, "labels");
             return Own(Locked(*h.ctx, [&] {
-              return Hold(h.ctx, h.get().ElementSet(name.c_str(), odb_SequenceInt(l.data(), int(l.size()))));
+              return Hold(h.ctx, h.get().ElementSet(name.c_str(),
+                                                    odb_SequenceInt(l.data(), int(l.size()))));
             }));
           },
           py::arg("name"), py::arg("labels"));
@@ -176,34 +185,72 @@ void BindEntity(py::class_<Held<T>>& c) {
 
 void BindModel(py::module_& m) {
   py::class_<Nodes>(m, "Nodes", "The nodes of a part or an instance, as arrays read on first use.")
-      .def("__len__", [](Nodes& n) { return Locked(*n.entity->ctx, [&] { return n.entity->get().nodes().size(); }); })
-      .def_property_readonly("labels", [](Nodes& n) { n.Read(); return n.labels; })
-      .def_property_readonly("coordinates", [](Nodes& n) { n.Read(); return n.coordinates; })
+      .def("__len__",
+           [](Nodes& n) {
+             return Locked(*n.entity->ctx, [&] { return n.entity->get().nodes().size(); });
+           })
+      .def_property_readonly("labels",
+                             [](Nodes& n) {
+                               n.Read();
+                               return n.labels;
+                             })
+      .def_property_readonly("coordinates",
+                             [](Nodes& n) {
+                               n.Read();
+                               return n.coordinates;
+                             })
       .def("__repr__", [](Nodes& n) {
-        return Repr("Nodes", std::to_string(Locked(*n.entity->ctx, [&] { return n.entity->get().nodes().size(); })));
+        return Repr("Nodes", std::to_string(Locked(
+                                 *n.entity->ctx, [&] { return n.entity->get().nodes().size(); })));
       });
 
-  py::class_<Elements>(m, "Elements", "The elements of a part or an instance, as arrays read on first use.")
+  py::class_<Elements>(m, "Elements",
+                       "The elements of a part or an instance, as arrays read on first use.")
       .def("__len__",
-           [](Elements& e) { return Locked(*e.entity->ctx, [&] { return e.entity->get().elements().size(); }); })
-      .def_property_readonly("labels", [](Elements& e) { e.Read(); return e.labels; })
+           [](Elements& e) {
+             return Locked(*e.entity->ctx, [&] { return e.entity->get().elements().size(); });
+           })
+      .def_property_readonly("labels",
+                             [](Elements& e) {
+                               e.Read();
+                               return e.labels;
+                             })
       .def_property_readonly("connectivity", &Elements::Connectivity,
                              "(elements, nodes per element) int32 node labels; a ValueError when "
                              "the elements have different numbers of nodes.")
-      .def_property_readonly("flat_connectivity", [](Elements& e) { e.Read(); return e.flat; },
-                             "The node labels of every element, one element after the other.")
-      .def_property_readonly("offsets", [](Elements& e) { e.Read(); return e.offsets; },
-                             "Where each element's nodes start in flat_connectivity (elements + 1).")
-      .def_property_readonly("types", [](Elements& e) { e.Read(); return e.types; },
-                             "The type name of each element.")
+      .def_property_readonly(
+          "flat_connectivity",
+          [](Elements& e) {
+            e.Read();
+            return e.flat;
+          },
+          "The node labels of every element, one element after the other.")
+      .def_property_readonly(
+          "offsets",
+          [](Elements& e) {
+            e.Read();
+            return e.offsets;
+          },
+          "Where each element's nodes start in flat_connectivity (elements + 1).")
+      .def_property_readonly(
+          "types",
+          [](Elements& e) {
+            e.Read();
+            return e.types;
+          },
+          "The type name of each element.")
       .def("__repr__", [](Elements& e) {
-        return Repr("Elements",
-                    std::to_string(Locked(*e.entity->ctx, [&] { return e.entity->get().elements().size(); })));
+        return Repr("Elements", std::to_string(Locked(*e.entity->ctx, [&] {
+                      return e.entity->get().elements().size();
+                    })));
       });
 
   py::class_<Held<odb_Set>>(m, "Set", "A node set, element set or surface.")
-      .def_property_readonly("name", [](Held<odb_Set>& s) { return Locked(*s.ctx, [&] { return S(s.get().name()); }); })
-      .def_property_readonly("type", [](Held<odb_Set>& s) { return Locked(*s.ctx, [&] { return s.get().type(); }); })
+      .def_property_readonly(
+          "name",
+          [](Held<odb_Set>& s) { return Locked(*s.ctx, [&] { return S(s.get().name()); }); })
+      .def_property_readonly(
+          "type", [](Held<odb_Set>& s) { return Locked(*s.ctx, [&] { return s.get().type(); }); })
       .def_property_readonly("instance_names",
                              [](Held<odb_Set>& s) {
                                return Locked(*s.ctx, [&] {
@@ -214,7 +261,8 @@ void BindModel(py::module_& m) {
                                });
                              })
       .def(
-          "node_labels", [](Held<odb_Set>& s, const py::object& instance) { return LabelsOf(s, instance, true); },
+          "node_labels",
+          [](Held<odb_Set>& s, const py::object& instance) { return LabelsOf(s, instance, true); },
           py::arg("instance") = py::none(),
           "The labels of a node set's nodes in its first mesh, or in the instance named.")
       .def(
@@ -232,7 +280,8 @@ void BindModel(py::module_& m) {
         return Repr("Set", Quoted(name) + " " + EnumName(py::cast(type)));
       });
 
-  py::class_<Held<odb_DiscretePart>> part(m, "Part", "A part of the model: a mesh that instances place.");
+  py::class_<Held<odb_DiscretePart>> part(m, "Part",
+                                          "A part of the model: a mesh that instances place.");
   BindEntity(part);
   part.def(
           "add_nodes",
@@ -256,7 +305,8 @@ void BindModel(py::module_& m) {
             auto c = IntArray(connectivity, "connectivity");
             Released(*p.ctx, [&] {
               p.get().addElements(odb_ArrayView<int>(l.data(), l.size()),
-                                  odb_ArrayView<int>(c.data(), c.size()), type.c_str(), setName.c_str());
+                                  odb_ArrayView<int>(c.data(), c.size()), type.c_str(),
+                                  setName.c_str());
             });
           },
           py::arg("labels"), py::arg("connectivity"), py::arg("type"), py::arg("set_name") = "",
@@ -267,24 +317,33 @@ void BindModel(py::module_& m) {
   BindEntity(instance);
   instance
       .def_property_readonly("part_name",
-                             [](Held<odb_Instance>& i) { return Locked(*i.ctx, [&] { return S(i.get().partName()); }); })
+                             [](Held<odb_Instance>& i) {
+                               return Locked(*i.ctx, [&] { return S(i.get().partName()); });
+                             })
       .def("__repr__", [](Held<odb_Instance>& i) { return EntityRepr(i, "Instance"); });
 
-  py::class_<Held<odb_Assembly>>(m, "Assembly", "The root assembly: instances and the sets across them.")
-      .def_property_readonly("name",
-                             [](Held<odb_Assembly>& a) { return Locked(*a.ctx, [&] { return S(a.get().name()); }); })
+  py::class_<Held<odb_Assembly>>(m, "Assembly",
+                                 "The root assembly: instances and the sets across them.")
+      .def_property_readonly(
+          "name",
+          [](Held<odb_Assembly>& a) { return Locked(*a.ctx, [&] { return S(a.get().name()); }); })
       .def_property_readonly("instances",
                              [](Held<odb_Assembly>& a) {
-                               return ToMap("Instances", Locked(*a.ctx, [&] { return HoldAll(a.ctx, a.get().instances()); }));
+                               return ToMap("Instances", Locked(*a.ctx, [&] {
+                                              return HoldAll(a.ctx, a.get().instances());
+                                            }));
                              })
       .def_property_readonly("node_sets",
                              [](Held<odb_Assembly>& a) {
-                               return ToMap("NodeSets", Locked(*a.ctx, [&] { return HoldAll(a.ctx, a.get().nodeSets()); }));
+                               return ToMap("NodeSets", Locked(*a.ctx, [&] {
+                                              return HoldAll(a.ctx, a.get().nodeSets());
+                                            }));
                              })
       .def_property_readonly("element_sets",
                              [](Held<odb_Assembly>& a) {
-                               return ToMap("ElementSets",
-                                            Locked(*a.ctx, [&] { return HoldAll(a.ctx, a.get().elementSets()); }));
+                               return ToMap("ElementSets", Locked(*a.ctx, [&] {
+                                              return HoldAll(a.ctx, a.get().elementSets());
+                                            }));
                              })
       .def(
           "create_instance",
@@ -293,7 +352,8 @@ void BindModel(py::module_& m) {
             // the other database's handle is not touched without its own mutex.
             const bool ours = part.ctx == a.ctx;
             return Own(Locked(*a.ctx, [&] {
-              return Hold(a.ctx, a.get().Instance(name.c_str(), ours ? part.get() : odb_DiscretePart()));
+              return Hold(a.ctx,
+                          a.get().Instance(name.c_str(), ours ? part.get() : odb_DiscretePart()));
             }));
           },
           py::arg("part"), py::arg("name"), "Places `part` as the instance `name`.")

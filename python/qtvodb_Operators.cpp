@@ -2,7 +2,8 @@
 // FieldOutput class gets its operators here once the library offers them, each as
 //
 //   field.def("__add__", [](Held<odb_FieldOutput>& a, Held<odb_FieldOutput>& b) {
-//     return Own(Released(*a.ctx, [&] { return Hold(a.ctx, <library call on a.get(), b.get()>); }));
+//     return Own(Released(*a.ctx, [&] { return Hold(a.ctx, <library call on a.get(), b.get()>);
+//     }));
 //   });
 //
 // (operands of two databases need both mutexes: refuse them, or copy one field first).

@@ -31,7 +31,6 @@ struct Frames {
   }
 };
 
-
 }  // namespace
 
 void BindSteps(py::module_& m) {
@@ -48,23 +47,37 @@ void BindSteps(py::module_& m) {
            })
       .def("__repr__", [](Frames& f) { return Repr("Frames", std::to_string(f.Size())); });
 
-  py::class_<Held<odb_Frame>>(m, "Frame", "One frame of a step: an increment, a mode or a load case.")
-      .def_property_readonly("index", [](Held<odb_Frame>& f) { return Locked(*f.ctx, [&] { return f.get().frameIndex(); }); },
-                             "The frame's position in its step, from 0.")
-      .def_property_readonly("id", [](Held<odb_Frame>& f) { return Locked(*f.ctx, [&] { return f.get().frameId(); }); })
+  py::class_<Held<odb_Frame>>(m, "Frame",
+                              "One frame of a step: an increment, a mode or a load case.")
+      .def_property_readonly(
+          "index",
+          [](Held<odb_Frame>& f) { return Locked(*f.ctx, [&] { return f.get().frameIndex(); }); },
+          "The frame's position in its step, from 0.")
+      .def_property_readonly(
+          "id",
+          [](Held<odb_Frame>& f) { return Locked(*f.ctx, [&] { return f.get().frameId(); }); })
       .def_property_readonly("increment_number",
-                             [](Held<odb_Frame>& f) { return Locked(*f.ctx, [&] { return f.get().incrementNumber(); }); })
-      .def_property_readonly("value", [](Held<odb_Frame>& f) { return Locked(*f.ctx, [&] { return f.get().frameValue(); }); },
-                             "The frame value (time, frequency ...), as stored in single precision.")
-      .def_property_readonly("description",
-                             [](Held<odb_Frame>& f) { return Locked(*f.ctx, [&] { return S(f.get().description()); }); })
-      .def_property_readonly("domain", [](Held<odb_Frame>& f) { return Locked(*f.ctx, [&] { return f.get().domain(); }); })
-      .def_property_readonly("field_outputs",
                              [](Held<odb_Frame>& f) {
-                               return ToMap("FieldOutputs",
-                                            Locked(*f.ctx, [&] { return HoldAll(f.ctx, f.get().fieldOutputs()); }));
-                             },
-                             "The frame's field outputs by name, in name order.")
+                               return Locked(*f.ctx, [&] { return f.get().incrementNumber(); });
+                             })
+      .def_property_readonly(
+          "value",
+          [](Held<odb_Frame>& f) { return Locked(*f.ctx, [&] { return f.get().frameValue(); }); },
+          "The frame value (time, frequency ...), as stored in single precision.")
+      .def_property_readonly("description",
+                             [](Held<odb_Frame>& f) {
+                               return Locked(*f.ctx, [&] { return S(f.get().description()); });
+                             })
+      .def_property_readonly(
+          "domain",
+          [](Held<odb_Frame>& f) { return Locked(*f.ctx, [&] { return f.get().domain(); }); })
+      .def_property_readonly(
+          "field_outputs",
+          [](Held<odb_Frame>& f) {
+            return ToMap("FieldOutputs",
+                         Locked(*f.ctx, [&] { return HoldAll(f.ctx, f.get().fieldOutputs()); }));
+          },
+          "The frame's field outputs by name, in name order.")
       .def(
           "create_field_output",
           [](Held<odb_Frame>& f, const std::string& name, const std::string& description,
@@ -92,26 +105,40 @@ void BindSteps(py::module_& m) {
       });
 
   py::class_<Held<odb_Step>>(m, "Step", "One analysis step: its frames and history regions.")
-      .def_property_readonly("name", [](Held<odb_Step>& s) { return Locked(*s.ctx, [&] { return S(s.get().name()); }); })
+      .def_property_readonly(
+          "name",
+          [](Held<odb_Step>& s) { return Locked(*s.ctx, [&] { return S(s.get().name()); }); })
       .def_property_readonly("description",
-                             [](Held<odb_Step>& s) { return Locked(*s.ctx, [&] { return S(s.get().description()); }); })
-      .def_property_readonly("domain", [](Held<odb_Step>& s) { return Locked(*s.ctx, [&] { return s.get().domain(); }); })
-      .def_property_readonly("procedure",
-                             [](Held<odb_Step>& s) { return Locked(*s.ctx, [&] { return S(s.get().procedure()); }); })
-      .def_property_readonly("time_period",
-                             [](Held<odb_Step>& s) { return Locked(*s.ctx, [&] { return s.get().timePeriod(); }); })
-      .def_property_readonly("total_time",
-                             [](Held<odb_Step>& s) { return Locked(*s.ctx, [&] { return s.get().totalTime(); }); })
+                             [](Held<odb_Step>& s) {
+                               return Locked(*s.ctx, [&] { return S(s.get().description()); });
+                             })
+      .def_property_readonly(
+          "domain",
+          [](Held<odb_Step>& s) { return Locked(*s.ctx, [&] { return s.get().domain(); }); })
+      .def_property_readonly(
+          "procedure",
+          [](Held<odb_Step>& s) { return Locked(*s.ctx, [&] { return S(s.get().procedure()); }); })
+      .def_property_readonly(
+          "time_period",
+          [](Held<odb_Step>& s) { return Locked(*s.ctx, [&] { return s.get().timePeriod(); }); })
+      .def_property_readonly(
+          "total_time",
+          [](Held<odb_Step>& s) { return Locked(*s.ctx, [&] { return s.get().totalTime(); }); })
       .def_property_readonly("previous_step_name",
-                             [](Held<odb_Step>& s) { return Locked(*s.ctx, [&] { return S(s.get().previousStepName()); }); })
+                             [](Held<odb_Step>& s) {
+                               return Locked(*s.ctx, [&] { return S(s.get().previousStepName()); });
+                             })
       .def_property_readonly("frames",
                              [](Held<odb_Step>& s) {
-                               return Frames{Locked(*s.ctx, [&] { return std::make_shared<Held<odb_Step>>(s.ctx, s.get()); })};
+                               return Frames{Locked(*s.ctx, [&] {
+                                 return std::make_shared<Held<odb_Step>>(s.ctx, s.get());
+                               })};
                              })
       .def_property_readonly("history_regions",
                              [](Held<odb_Step>& s) {
-                               return ToMap("HistoryRegions",
-                                            Locked(*s.ctx, [&] { return HoldAll(s.ctx, s.get().historyRegions()); }));
+                               return ToMap("HistoryRegions", Locked(*s.ctx, [&] {
+                                              return HoldAll(s.ctx, s.get().historyRegions());
+                                            }));
                              })
       .def(
           "get_frame",
@@ -123,7 +150,9 @@ void BindSteps(py::module_& m) {
       .def(
           "create_frame",
           [](Held<odb_Step>& s, int increment, double value, const std::string& description) {
-            return Own(Locked(*s.ctx, [&] { return Hold(s.ctx, s.get().Frame(increment, value, description.c_str())); }));
+            return Own(Locked(*s.ctx, [&] {
+              return Hold(s.ctx, s.get().Frame(increment, value, description.c_str()));
+            }));
           },
           py::arg("increment_number"), py::arg("value"), py::arg("description") = "")
       .def(
@@ -144,7 +173,8 @@ void BindSteps(py::module_& m) {
                 if (!node.is_none())
                   point = odb_HistoryPoint(i.getNodeFromLabel(nodeLabel), i);
                 else if (!element.is_none())
-                  point = odb_HistoryPoint(i.getElementFromLabel(elementLabel), integrationPoint, i);
+                  point =
+                      odb_HistoryPoint(i.getElementFromLabel(elementLabel), integrationPoint, i);
                 else
                   point = odb_HistoryPoint(i);
               }
@@ -152,8 +182,8 @@ void BindSteps(py::module_& m) {
             }));
           },
           py::arg("name") = "", py::arg("description") = "", py::kw_only(),
-          py::arg("instance") = nullptr, py::arg("node") = py::none(), py::arg("element") = py::none(),
-          py::arg("integration_point") = 0,
+          py::arg("instance") = nullptr, py::arg("node") = py::none(),
+          py::arg("element") = py::none(), py::arg("integration_point") = 0,
           "Makes a history region at a node or an element (integration point 0: the whole "
           "element) of `instance`, at the instance, or, with neither, at the whole model.")
       .def("__repr__", [](Held<odb_Step>& s) {
@@ -164,7 +194,8 @@ void BindSteps(py::module_& m) {
           procedure = S(s.get().procedure());
           frames = s.get().frames().size();
         });
-        return Repr("Step", Quoted(name) + " " + procedure + ", " + std::to_string(frames) + " frames");
+        return Repr("Step",
+                    Quoted(name) + " " + procedure + ", " + std::to_string(frames) + " frames");
       });
 }
 
