@@ -18,8 +18,8 @@ using Field = Held<odb_FieldOutput>;
 struct BulkData {
   BlockPtr block;
 
-  // A read-only view of `rows` x `columns` (1-D when columns is 0) values that `get` gives,
-  // None when it gives none.
+  // A read-only view of what `get` gives: length() rows of width() values with `columns`, else
+  // length() values; None when it gives none.
   template <class T, class F>
   py::object View(F get, bool columns) {
     int length = 0, width = 0;
@@ -56,7 +56,10 @@ py::array ValuesArray(Field& f, const py::object& position, const py::object& in
   HeldPtr<odb_FieldOutput> derived = Released(*f.ctx, [&] {
     odb_FieldOutput field = f.get();
     if (where) field = field.getSubset(*where);
-    blockMises = scalar == odb_Enum::MISES && field.type() == odb_Enum::TENSOR_3D_FULL;
+    if (scalar == odb_Enum::MISES && field.type() == odb_Enum::TENSOR_3D_FULL) {
+      const odb_SequenceInvariant valid = field.validInvariants();
+      blockMises = valid.isMember(odb_Enum::MISES);  // else refused below, as the library does
+    }
     if (scalar && !blockMises) field = field.getScalarField(*scalar);
     const odb_SequenceFieldBulkData& blocks = field.bulkDataBlocks();
     width = scalar ? 1 : field.width();

@@ -87,17 +87,16 @@ struct Elements {
 };
 
 // Labels of a set's nodes or elements in one of the meshes it spans.
-py::array LabelsOf(Held<odb_Set>& set, const py::object& instance, bool nodes) {
-  const std::string name = instance.is_none() ? std::string() : instance.cast<std::string>();
+py::array LabelsOf(Held<odb_Set>& set, const std::optional<std::string>& instance, bool nodes) {
   std::vector<int> labels = Locked(*set.ctx, [&] {
     std::vector<int> out;
     const odb_Set& s = set.get();
     if (nodes) {
-      const odb_SequenceNode seq = instance.is_none() ? s.nodes() : s.nodes(name.c_str());
+      const odb_SequenceNode seq = instance ? s.nodes(instance->c_str()) : s.nodes();
       out.reserve(seq.size());
       for (int i = 0; i < seq.size(); ++i) out.push_back(seq[i].label());
     } else {
-      const odb_SequenceElement seq = instance.is_none() ? s.elements() : s.elements(name.c_str());
+      const odb_SequenceElement seq = instance ? s.elements(instance->c_str()) : s.elements();
       out.reserve(seq.size());
       for (int i = 0; i < seq.size(); ++i) out.push_back(seq[i].label());
     }
@@ -262,12 +261,16 @@ void BindModel(py::module_& m) {
                              })
       .def(
           "node_labels",
-          [](Held<odb_Set>& s, const py::object& instance) { return LabelsOf(s, instance, true); },
+          [](Held<odb_Set>& s, const std::optional<std::string>& instance) {
+            return LabelsOf(s, instance, true);
+          },
           py::arg("instance") = py::none(),
           "The labels of a node set's nodes in its first mesh, or in the instance named.")
       .def(
           "element_labels",
-          [](Held<odb_Set>& s, const py::object& instance) { return LabelsOf(s, instance, false); },
+          [](Held<odb_Set>& s, const std::optional<std::string>& instance) {
+            return LabelsOf(s, instance, false);
+          },
           py::arg("instance") = py::none(),
           "The labels of an element set's or a surface's elements, likewise.")
       .def("__repr__", [](Held<odb_Set>& s) {

@@ -158,23 +158,20 @@ void BindSteps(py::module_& m) {
       .def(
           "create_history_region",
           [](Held<odb_Step>& s, const std::string& name, const std::string& description,
-             Held<odb_Instance>* instance, const py::object& node, const py::object& element,
+             Held<odb_Instance>* instance, std::optional<int> node, std::optional<int> element,
              int integrationPoint) {
             if (instance && instance->ctx != s.ctx)
               throw py::value_error("the instance belongs to another database");
-            if ((!node.is_none() || !element.is_none()) && !instance)
+            if ((node || element) && !instance)
               throw py::value_error("a node or an element needs its instance");
-            const int nodeLabel = node.is_none() ? 0 : node.cast<int>();
-            const int elementLabel = element.is_none() ? 0 : element.cast<int>();
             return Own(Locked(*s.ctx, [&] {
               odb_HistoryPoint point(odb_String("Whole Model"));
               if (instance) {
                 const odb_Instance& i = instance->get();
-                if (!node.is_none())
-                  point = odb_HistoryPoint(i.getNodeFromLabel(nodeLabel), i);
-                else if (!element.is_none())
-                  point =
-                      odb_HistoryPoint(i.getElementFromLabel(elementLabel), integrationPoint, i);
+                if (node)
+                  point = odb_HistoryPoint(i.getNodeFromLabel(*node), i);
+                else if (element)
+                  point = odb_HistoryPoint(i.getElementFromLabel(*element), integrationPoint, i);
                 else
                   point = odb_HistoryPoint(i);
               }

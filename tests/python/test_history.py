@@ -58,3 +58,29 @@ def test_read_only_outputs_refuse_pairs(tmp_path):
         with pytest.raises(qtvodb.OdbError, match="read-only"):
             out.add_data([2.0], [3.0])
         assert len(out) == 1
+
+
+def test_regions_are_made_where_they_are_asked_for(tmp_path):
+    with qtvodb.create(tmp_path / "r.odb") as db:
+        part = db.create_part("P")
+        part.add_nodes([1, 2, 3, 4], np.eye(4, 3))
+        part.add_elements([7], [[1, 2, 3, 4]], "S4")
+        instance = db.root_assembly.create_instance(part, "P-1")
+        step = db.create_step("S")
+        made = {
+            "node": step.create_history_region(instance=instance, node=2),
+            "point": step.create_history_region(instance=instance, element=7, integration_point=3),
+            "element": step.create_history_region(instance=instance, element=7),
+            "instance": step.create_history_region("whole", instance=instance),
+            "model": step.create_history_region("all"),
+        }
+        assert {k: r.position for k, r in made.items()} == {
+            "node": qtvodb.NODAL, "point": qtvodb.INTEGRATION_POINT, "element": qtvodb.WHOLE_ELEMENT,
+            "instance": qtvodb.WHOLE_PART_INSTANCE, "model": qtvodb.WHOLE_MODEL}
+        assert made["node"].name == "Node P-1.2"
+        with pytest.raises(ValueError, match="needs its instance"):
+            step.create_history_region(node=2)
+        with pytest.raises(qtvodb.OdbError, match="Invalid Node label"):
+            step.create_history_region(instance=instance, node=9)
+        with pytest.raises(TypeError):
+            step.create_history_region(instance=instance, node="2")
