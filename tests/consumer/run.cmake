@@ -24,9 +24,16 @@ foreach(var STEP PREFIX)
 endforeach()
 separate_arguments(extra_flags UNIX_COMMAND "${EXTRA_FLAGS}")
 
-# Runs a command; on failure stops with the command line and everything it printed.
+# Runs a command, in WORK_DIR when there is one (the consumers write their database in the
+# folder they run in, and the steps run at the same time); on failure stops with the command
+# line and everything it printed.
 function(run_step what)
-  execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
+  set(where)
+  if(DEFINED WORK_DIR)
+    set(where WORKING_DIRECTORY "${WORK_DIR}")
+  endif()
+  execute_process(COMMAND ${ARGN} ${where} RESULT_VARIABLE rc OUTPUT_VARIABLE out
+                  ERROR_VARIABLE err)
   if(NOT rc EQUAL 0)
     string(REPLACE ";" " " cmdline "${ARGN}")
     message(FATAL_ERROR "${what} failed (${rc}):\n  ${cmdline}\n${out}${err}")
