@@ -8,9 +8,12 @@
 // (recursive) mutex, shared by every object reached from it and by every array that views its
 // memory; the registry has one global mutex. Every call into the library holds the database's
 // mutex. Long calls (reads and writes of arrays, saves, opens) release the GIL first and take
-// the mutex after; no code ever takes the GIL while it holds a database's mutex, so a thread
-// waiting for a mutex with the GIL held cannot deadlock with the thread that holds the mutex.
-// Threads that read different files run in parallel.
+// the mutex after. No thread ever waits for a database's mutex while it holds the GIL: a short
+// call, or a handle dropped, takes the mutex at once when it is free and lets the GIL go while
+// it waits otherwise. So the holder of a mutex may always take the GIL, nothing deadlocks, and
+// other Python threads run while one waits for a file another thread is reading. Threads that
+// read different files run in parallel. Code under a mutex never runs Python (not even makes a
+// Python object, whose finalizers could run Python), so that it never needs the GIL there.
 #ifndef QTVODB_CORE_H
 #define QTVODB_CORE_H
 
@@ -47,8 +50,22 @@ struct Ctx {
 };
 using CtxPtr = std::shared_ptr<Ctx>;
 
-// The mutex of the registry of open databases, taken (after a file's mutex, never before) to
-// open, create and close.
+// Takes the file's mutex: at once when it is free (or this thread holds it), else waiting with
+// the GIL let go when this thread holds it.
+inline std::unique_lock<std::recursive_mutex> LockFile(Ctx& ctx) {
+  std::unique_lock<std::recursive_mutex> lock(ctx.mutex, std::try_to_lock);
+  if (lock.owns_lock()) return lock;
+  if (PyGILState_Check()) {
+    py::gil_scoped_release nogil;
+    lock.lock();
+  } else {
+    lock.lock();
+  }
+  return lock;
+}
+
+// The mutex of the registry of open databases, taken (after a file's mutex, never before, and
+// without the GIL) to open, create and close.
 std::mutex& RegistryMutex();
 // The context of the file at the absolute path `path`: the same object while any holder of it
 // lives.
@@ -100,13 +117,13 @@ auto Finish(G&& g) -> decltype(g()) {
 }
 
 // A short call: with the GIL held, under the database's mutex. `f` must not touch Python (not
-// even make a Python object: that may run a finalizer that lets the GIL go), so it returns C++
-// values, which the caller turns into Python objects after the mutex is let go.
+// even make a Python object), so it returns C++ values, which the caller turns into Python
+// objects after the mutex is let go.
 template <class F>
 auto Locked(Ctx& ctx, F&& f) -> decltype(f()) {
   InstallWarningSink();
   return Finish([&]() -> decltype(f()) {
-    std::lock_guard<std::recursive_mutex> lock(ctx.mutex);
+    std::unique_lock<std::recursive_mutex> lock = LockFile(ctx);
     return Guarded(f);
   });
 }
@@ -133,7 +150,7 @@ struct Held {
   Held& operator=(const Held&) = delete;
   ~Held() {
     if (!ctx) return;
-    std::lock_guard<std::recursive_mutex> lock(ctx->mutex);
+    std::unique_lock<std::recursive_mutex> lock = LockFile(*ctx);
     handle.reset();
   }
   T& get() { return *handle; }
