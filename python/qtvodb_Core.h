@@ -254,6 +254,10 @@ NamedMap ToMap(const char* kind, Named<T>&& items) {
 inline std::string Repr(const char* kind, const std::string& text) {
   return std::string("<qtvodb.") + kind + " " + text + ">";
 }
+// "1 frame", "3 frames".
+inline std::string Count(long long n, const char* noun) {
+  return std::to_string(n) + " " + noun + (n == 1 ? "" : "s");
+}
 // A name in quotes, as Python shows a str.
 inline std::string Quoted(const std::string& s) {
   return py::repr(py::str(s)).cast<std::string>();

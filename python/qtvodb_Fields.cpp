@@ -281,7 +281,7 @@ void BindFields(py::module_& m) {
           width = f.get().width();
         });
         return Repr("FieldOutput", Quoted(name) + " " + EnumName(py::cast(type)) + ", " +
-                                       std::to_string(width) + " components");
+                                       Count(width, "component"));
       });
   BindFieldOperators(field);
 }

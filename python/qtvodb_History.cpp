@@ -84,7 +84,7 @@ void BindHistory(py::module_& m) {
         std::string name;
         Locked(*o.ctx, [&] { name = S(o.get().name()); });
         return Repr("HistoryOutput",
-                    Quoted(name) + ": " + std::to_string(ReadPairs(o)->get().size()) + " pairs");
+                    Quoted(name) + ": " + Count(ReadPairs(o)->get().size(), "pair"));
       });
 
   py::class_<Region>(m, "HistoryRegion",
@@ -117,7 +117,7 @@ void BindHistory(py::module_& m) {
           name = S(r.get().name());
           n = r.get().historyOutputs().size();
         });
-        return Repr("HistoryRegion", Quoted(name) + ": " + std::to_string(n) + " outputs");
+        return Repr("HistoryRegion", Quoted(name) + ": " + Count(n, "output"));
       });
 }
 

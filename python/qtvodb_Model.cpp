@@ -114,8 +114,7 @@ std::string EntityRepr(Held<T>& held, const char* kind) {
     nodes = held.get().nodes().size();
     elements = held.get().elements().size();
   });
-  return Repr(kind, Quoted(name) + ": " + std::to_string(nodes) + " nodes, " +
-                        std::to_string(elements) + " elements");
+  return Repr(kind, Quoted(name) + ": " + Count(nodes, "node") + ", " + Count(elements, "element"));
 }
 
 // What parts and instances share.
@@ -367,7 +366,7 @@ void BindModel(py::module_& m) {
           name = S(a.get().name());
           n = a.get().instances().size();
         });
-        return Repr("Assembly", Quoted(name) + ": " + std::to_string(n) + " instances");
+        return Repr("Assembly", Quoted(name) + ": " + Count(n, "instance"));
       });
 }
 

@@ -191,8 +191,7 @@ void BindSteps(py::module_& m) {
           procedure = S(s.get().procedure());
           frames = s.get().frames().size();
         });
-        return Repr("Step",
-                    Quoted(name) + " " + procedure + ", " + std::to_string(frames) + " frames");
+        return Repr("Step", Quoted(name) + " " + procedure + ", " + Count(frames, "frame"));
       });
 }
 

@@ -127,8 +127,8 @@ def test_every_object_says_what_it_is_in_one_line(db):
         instance.nodes: "<qtvodb.Nodes 27>",
         instance.elements: "<qtvodb.Elements 8>",
         instance.node_sets["CORNER"]: "<qtvodb.Set 'CORNER' NODE_SET>",
-        db.root_assembly: "<qtvodb.Assembly 'Assembly': 1 instances>",
-        step.history_regions["Node BLOCK-1.5"]: "<qtvodb.HistoryRegion 'Node BLOCK-1.5': 1 outputs>",
+        db.root_assembly: "<qtvodb.Assembly 'Assembly': 1 instance>",
+        step.history_regions["Node BLOCK-1.5"]: "<qtvodb.HistoryRegion 'Node BLOCK-1.5': 1 output>",
         step.history_regions["Node BLOCK-1.5"].history_outputs["U2"]: "<qtvodb.HistoryOutput 'U2': 3 pairs>",
     }
     for obj, text in expected.items():
