@@ -2,7 +2,7 @@
 JOBS    ?= 2
 RELEASE := build/release
 DEBUG   := build/debug
-FORMAT_DIRS := $(wildcard include uti odb store oif tests examples bench)
+FORMAT_DIRS := $(wildcard include uti odb store oif tests examples bench python)
 
 .PHONY: help setup release-config release debug demo test bench install clean format
 

@@ -10,8 +10,11 @@ set -euo pipefail
 # libhdf5-dev is the baseline that bench_endtoend measures against. libcli11-dev parses the odb
 # tool's command line (a header-only library, so nothing of it is linked or installed);
 # python3-vtk9 is an independent VTK reader that the tool's export test reads its files back with.
+# python3-pybind11 and python3-dev build the Python module (python/), python3-numpy gives it its
+# arrays, and python3-pytest and python3-dask run its tests and its Dask example.
 packages=(g++ cmake make pkg-config libsqlite3-dev libgtest-dev git python3-numpy libxxhash-dev
-          python3-xxhash clang libclang-rt-14-dev libhdf5-dev libcli11-dev python3-vtk9)
+          python3-xxhash clang libclang-rt-14-dev libhdf5-dev libcli11-dev python3-vtk9
+          python3-pybind11 python3-dev python3-pytest python3-dask)
 
 missing=()
 for p in "${packages[@]}"; do

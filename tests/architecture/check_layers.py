@@ -8,6 +8,8 @@ check fails. The checks:
   sql-in-store           no file of odb/, oif/ or dbc/ runs SQL or calls SQLite
   header-budget CXX N    #include <odb_API.h> preprocesses to at most N lines
   exported-symbols LIB   the shared library exports no store_ symbol
+  python-module          the Python module (python/) includes no internal header: a program
+                         over the public interface, like any other
   test-names             each unit test file mirrors a source file of the same folder, and its
                          suites are named after it (odb_Step_test.cpp: Step, StepFile ...;
                          store_Mesh_test.cpp: StoreMesh ...)
@@ -50,6 +52,12 @@ def public_headers(root):
         names = sorted(set(re.findall(r"\w*store_\w*", text)))
         found += [f"{path} names {word}" for word in names]
     return found
+
+
+def python_module(root):
+    internal = headers_of(root, "odb/impl", "dbc/sch/impl", "store")
+    return [f"{path} includes {inc}" for path, text in sources(root, "python")
+            for inc in INCLUDE.findall(text) if os.path.basename(inc) in internal]
 
 
 def sql_in_store(root):
@@ -105,7 +113,7 @@ def test_names(root):
 
 
 CHECKS = {"store-includes": store_includes, "public-headers": public_headers,
-          "sql-in-store": sql_in_store, "header-budget": header_budget,
+          "sql-in-store": sql_in_store, "python-module": python_module, "header-budget": header_budget,
           "exported-symbols": exported_symbols, "test-names": test_names}
 
 if __name__ == "__main__":

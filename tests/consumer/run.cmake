@@ -7,11 +7,14 @@
 #   cmake -DSTEP=pkgconfig -DPREFIX=<dir> -DWORK_DIR=<dir> -DCONSUMER_DIR=<dir> -DCXX=<compiler>
 #                          -DPKG_CONFIG=<pkg-config> -DVERSION=<x.y.z> [-DEXTRA_FLAGS="<flags>"]
 #                          -P run.cmake
+#   cmake -DSTEP=python    -DPREFIX=<dir> -DWORK_DIR=<dir> -DPYTHON=<python3> -DPYTHON_DIR=<dir>
+#                          -DVERSION=<x.y.z> [-DEXTRA_ENV="<VAR=value;...>"] -P run.cmake
 #
 # STEP=install puts a fresh copy of the built library into PREFIX; the other two steps build
 # tests/consumer against that copy, one through find_package and one through pkg-config, and
-# run it. EXTRA_FLAGS carries compile and link flags the library itself was built with that a
-# program linking it must share (the sanitizers).
+# run it; STEP=python imports the installed Python module from PREFIX/PYTHON_DIR alone and
+# writes and reads a database with it. EXTRA_FLAGS carries compile and link flags the library itself was built with that a
+# program linking it must share (the sanitizers), EXTRA_ENV what the interpreter needs to load a module built with them.
 cmake_minimum_required(VERSION 3.18)
 
 foreach(var STEP PREFIX)
@@ -21,9 +24,16 @@ foreach(var STEP PREFIX)
 endforeach()
 separate_arguments(extra_flags UNIX_COMMAND "${EXTRA_FLAGS}")
 
-# Runs a command; on failure stops with the command line and everything it printed.
+# Runs a command, in WORK_DIR when there is one (the consumers write their database in the
+# folder they run in, and the steps run at the same time); on failure stops with the command
+# line and everything it printed.
 function(run_step what)
-  execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
+  set(where)
+  if(DEFINED WORK_DIR)
+    set(where WORKING_DIRECTORY "${WORK_DIR}")
+  endif()
+  execute_process(COMMAND ${ARGN} ${where} RESULT_VARIABLE rc OUTPUT_VARIABLE out
+                  ERROR_VARIABLE err)
   if(NOT rc EQUAL 0)
     string(REPLACE ";" " " cmdline "${ARGN}")
     message(FATAL_ERROR "${what} failed (${rc}):\n  ${cmdline}\n${out}${err}")
@@ -101,6 +111,38 @@ elseif(STEP STREQUAL "pkgconfig")
     "${CONSUMER_DIR}/main.cpp" ${pc_flags} -o "${WORK_DIR}/consumer")
   set(ENV{LD_LIBRARY_PATH} "${libdir}")
   run_consumer("${WORK_DIR}/consumer")
+
+elseif(STEP STREQUAL "python")
+  # Only the prefix is on the module path, and no library path is set: the module must be the
+  # installed one and find the installed library through its RPATH.
+  set(script [=[
+import os, sys
+import numpy as np
+import qtvodb
+prefix = os.path.realpath(sys.argv[1])
+assert os.path.realpath(qtvodb.__file__).startswith(prefix + os.sep), qtvodb.__file__
+path = os.path.join(sys.argv[2], "installed.odb")
+with qtvodb.create(path) as db:
+    part = db.create_part("P")
+    part.add_nodes([1, 2], [[0, 0, 0], [1, 0, 0]])
+    frame = db.create_step("S").create_frame(1, 1.0)
+    instance = db.root_assembly.create_instance(part, "P-1")
+    frame.create_field_output("T").add_data("NODAL", instance, [1, 2], [[0.5], [1.5]])
+    db.save()
+with qtvodb.open(path) as db:
+    values = db.steps["S"].frames[0].field_outputs["T"].values_array()
+assert values.tolist() == [[0.5], [1.5]], values
+print("python module of QTVodb", qtvodb.__version__)
+]=])
+  file(MAKE_DIRECTORY "${WORK_DIR}")
+  file(WRITE "${WORK_DIR}/use_module.py" "${script}")
+  run_step("importing the installed module" "${CMAKE_COMMAND}" -E env --unset=LD_LIBRARY_PATH
+    "PYTHONPATH=${PREFIX}/${PYTHON_DIR}" ${EXTRA_ENV} "${PYTHON}" "${WORK_DIR}/use_module.py"
+    "${PREFIX}" "${WORK_DIR}")
+  if(NOT step_output MATCHES "python module of QTVodb ${VERSION}
+")
+    message(FATAL_ERROR "the module printed '${step_output}', expected version ${VERSION}")
+  endif()
 
 else()
   message(FATAL_ERROR "run.cmake: unknown STEP '${STEP}'")

@@ -1,0 +1,15 @@
+// The one place where Python operators on field outputs are bound (arithmetic, functions of
+// fields, envelopes): each wraps a library call that returns a new field output.
+#ifndef QTVODB_OPERATORS_H
+#define QTVODB_OPERATORS_H
+
+#include "qtvodb_Core.h"
+
+namespace qtvodb {
+
+// Adds the operators to the FieldOutput class.
+void BindFieldOperators(py::class_<Held<odb_FieldOutput>>& field);
+
+}  // namespace qtvodb
+
+#endif
