@@ -283,7 +283,7 @@ void BindFields(py::module_& m) {
         return Repr("FieldOutput", Quoted(name) + " " + EnumName(py::cast(type)) + ", " +
                                        Count(width, "component"));
       });
-  BindFieldOperators(field);
+  BindFieldOperators(m, field);
 }
 
 }  // namespace qtvodb

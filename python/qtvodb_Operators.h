@@ -7,8 +7,9 @@
 
 namespace qtvodb {
 
-// Adds the operators to the FieldOutput class.
-void BindFieldOperators(py::class_<Held<odb_FieldOutput>>& field);
+// Adds the operators to the FieldOutput class, and the functions of fields and the envelopes to
+// the module.
+void BindFieldOperators(py::module_& m, py::class_<Held<odb_FieldOutput>>& field);
 
 }  // namespace qtvodb
 
