@@ -7,6 +7,7 @@
 #include "odb_Enum.h"
 #include "oif_Components.h"
 #include "oif_DeckText.h"
+#include "store_ElementLibrary.h"
 #include "store_Mesh.h"
 
 namespace {
@@ -40,6 +41,13 @@ class NodeLines : public oif_DeckItem {
   int m_coordinates;
 };
 
+// The type name a deck gives elements of `type`: surface elements are all written as "SURF",
+// the deck's one type for them; every other type as stored.
+std::string DeckType(const std::string& type) {
+  const store_ElementClass* cls = store_FindElementClass(type);
+  return cls && cls->geometry == odb_Enum::GEOMETRY_SURFACE ? "SURF" : type;
+}
+
 // "*Element, type=" per run of blocks of one type, and one line per element: the label, then its
 // node labels. A line holds at most sixteen values and breaks before the stream's line width;
 // a line that ends in a comma continues on the next.
@@ -57,7 +65,7 @@ class ElementLines : public oif_DeckItem {
       if (block.count == 0) continue;
       if (block.type != type) {
         type = block.type;
-        out << "*Element, type=" << type;
+        out << "*Element, type=" << DeckType(type);
         out.LineBreak();
       }
       const int* nodes = connectivity.data() + block.connectivityStart;

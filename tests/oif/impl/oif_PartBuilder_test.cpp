@@ -150,3 +150,22 @@ TEST_F(OifPartBuilderRoundTrip, HundredThousandElementModelAgrees) {
   Deck();
   ExpectAgree(ReadDeck(m_deckPath));
 }
+
+// Surface elements take the deck's generic type; the node lists stay theirs.
+TEST_F(OifPartBuilderRoundTrip, SurfaceElementsAreWrittenAsSurf) {
+  odb_DiscretePart& skin =
+      m_odb->DiscretePart("Skin", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
+  skin.addNodes(Ints({1, 2, 3, 4, 5}),
+                Points({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}, {2, 0, 0}}));
+  skin.addElements(Ints({7}), Rows({{1, 2, 3, 4}}), "SFM3D4");
+  skin.addElements(Ints({8}), Rows({{2, 5, 3}}), "SFM3D3");
+  skin.addElements(Ints({9}), Rows({{2, 5, 3}}), "M3D3");
+  const std::vector<std::string> deck = Deck();
+  int surf = 0;
+  for (const std::string& line : deck) surf += line == "*Element, type=SURF";
+  EXPECT_EQ(surf, 2);
+  EXPECT_TRUE(Contains(deck, "7, 1, 2, 3, 4"));
+  EXPECT_TRUE(Contains(deck, "8, 2, 5, 3"));
+  EXPECT_TRUE(Contains(deck, "*Element, type=M3D3"));
+  EXPECT_FALSE(Contains(deck, "*Element, type=SFM3D4"));
+}
