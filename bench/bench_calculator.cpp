@@ -15,10 +15,13 @@
 #include <string>
 #include <vector>
 
+#include "bench_Block.h"
 #include "bench_Timing.h"
 #include "odb_API.h"
 
 namespace {
+
+using Block = bench_Block;
 
 const int kFrames = 10;
 const int kRuns = 7;
@@ -34,59 +37,20 @@ void Turns(Plain&& plain, Ours&& ours, double& plainBest, double& oursBest) {
   }
 }
 
-struct Block {
-  int cells;
-  std::vector<int> nodeLabels, elementLabels;
-  std::vector<float> u, s;
-  int Nodes() const { return static_cast<int>(nodeLabels.size()); }
-  int Elements() const { return static_cast<int>(elementLabels.size()); }
-};
-
-Block MakeBlock(int cells) {
-  Block b{cells, {}, {}, {}, {}};
-  const int n = cells + 1;
-  for (int i = 0; i < n * n * n; ++i) b.nodeLabels.push_back(i + 1);
-  for (int i = 0; i < cells * cells * cells; ++i) b.elementLabels.push_back(i + 1);
-  b.u.resize(3 * b.nodeLabels.size());
-  for (std::size_t i = 0; i < b.u.size(); ++i) b.u[i] = 1e-3f * static_cast<float>(i % 977);
-  b.s.resize(b.elementLabels.size() * 8 * 6);
-  for (std::size_t i = 0; i < b.s.size(); ++i) b.s[i] = static_cast<float>((i * 7919) % 1000) - 500.0f;
-  return b;
-}
-
 // The mesh, an instance, a step and ten frames of U and S; S of frame f is the block's S scaled
 // by a factor that varies with the location and the frame, so that every frame wins somewhere.
 void WriteFile(const std::string& path, const Block& b) {
   odb_Odb& odb = Odb("", "", "", path.c_str());
-  odb_DiscretePart& part = odb.DiscretePart("BLOCK", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
-  const int n = b.cells + 1;
-  std::vector<float> points;
-  for (int i = 0; i < b.Nodes(); ++i) {
-    points.push_back(float(i % n));
-    points.push_back(float(i / n % n));
-    points.push_back(float(i / (n * n)));
-  }
-  odb_SequenceSequenceFloat rows;
-  for (int i = 0; i < b.Nodes(); ++i) rows.append(odb_SequenceFloat(&points[3 * i], 3));
-  part.addNodes(odb_SequenceInt(b.nodeLabels.data(), b.Nodes()), rows);
-  odb_SequenceSequenceInt connectivity;
-  for (int e = 0; e < b.Elements(); ++e) {
-    const int x = e % b.cells, y = e / b.cells % b.cells, z = e / (b.cells * b.cells);
-    const int c = 1 + x + n * y + n * n * z;
-    const int nodes[8] = {c, c + 1, c + 1 + n, c + n, c + n * n, c + 1 + n * n, c + 1 + n + n * n,
-                          c + n + n * n};
-    connectivity.append(odb_SequenceInt(nodes, 8));
-  }
-  part.addElements(odb_SequenceInt(b.elementLabels.data(), b.Elements()), connectivity, "C3D8");
-  odb_Instance& instance = odb.rootAssembly().Instance("BLOCK-1", part);
+  odb_Instance& instance = bench_WriteBlockMesh(odb, b);
   odb_Step& step = odb.Step("LOAD", "", odb_Enum::TIME, 1.0, "", "*STATIC", 0.0);
   std::vector<float> s(b.s.size());
   for (int f = 0; f < kFrames; ++f) {
     for (std::size_t i = 0; i < s.size(); ++i)
       s[i] = b.s[i] * (1.0f + 0.1f * float((i / 6 * 31 + f * 17) % 10));
     odb_Frame frame = step.Frame(f + 1, 0.1 * (f + 1), "");
-    frame.FieldOutput("U", "displacement", odb_Enum::VECTOR, odb_SequenceString(),
-                      odb_SequenceInvariant())
+    frame
+        .FieldOutput("U", "displacement", odb_Enum::VECTOR, odb_SequenceString(),
+                     odb_SequenceInvariant())
         .addData(odb_Enum::NODAL, instance, b.Nodes(), b.nodeLabels.data(), b.Nodes(), 3,
                  b.u.data());
     frame.FieldOutput("S", "stress", odb_Enum::TENSOR_3D_FULL)
@@ -163,7 +127,7 @@ int main(int argc, char** argv) {
   const std::string path = (dir / "field.odb").string();
   odb_initializeAPI();
   {
-    const Block b = MakeBlock(cells);
+    const Block b = bench_MakeBlock(cells);
     WriteFile(path, b);
     std::printf("block      %d elements, %d frames of S: %.1f MB per frame\n", b.Elements(),
                 kFrames, b.s.size() * 4 / 1e6);
@@ -175,23 +139,27 @@ int main(int argc, char** argv) {
   {
     std::vector<float> out;
     double plain = 0, ours = 0;
-    Turns([&] {
-      odb_Odb& odb = openOdb(path.c_str(), true);
-      const odb_Step& step = odb.steps()["LOAD"];
-      const odb_FieldBulkData a = step.frames(0).fieldOutputs()["S"].bulkDataBlocks()[0];
-      const odb_FieldBulkData b = step.frames(1).fieldOutputs()["S"].bulkDataBlocks()[0];
-      const std::size_t n = std::size_t(a.length()) * a.width();
-      out.resize(n);
-      Add(a.data(), b.data(), out.data(), n);
-      sink += out[n - 1];
-      closeOdb(odb);
-    }, [&] {
-      odb_Odb& odb = openOdb(path.c_str(), true);
-      const odb_Step& step = odb.steps()["LOAD"];
-      const odb_FieldOutput sum = step.frames(0).fieldOutputs()["S"] + step.frames(1).fieldOutputs()["S"];
-      sink += Sum(sum);
-      closeOdb(odb);
-    }, plain, ours);
+    Turns(
+        [&] {
+          odb_Odb& odb = openOdb(path.c_str(), true);
+          const odb_Step& step = odb.steps()["LOAD"];
+          const odb_FieldBulkData a = step.frames(0).fieldOutputs()["S"].bulkDataBlocks()[0];
+          const odb_FieldBulkData b = step.frames(1).fieldOutputs()["S"].bulkDataBlocks()[0];
+          const std::size_t n = std::size_t(a.length()) * a.width();
+          out.resize(n);
+          Add(a.data(), b.data(), out.data(), n);
+          sink += out[n - 1];
+          closeOdb(odb);
+        },
+        [&] {
+          odb_Odb& odb = openOdb(path.c_str(), true);
+          const odb_Step& step = odb.steps()["LOAD"];
+          const odb_FieldOutput sum =
+              step.frames(0).fieldOutputs()["S"] + step.frames(1).fieldOutputs()["S"];
+          sink += Sum(sum);
+          closeOdb(odb);
+        },
+        plain, ours);
     std::printf("S1 + S2    read two frames and add %.3f s, plain %.3f s: %.2fx (target 1.5)\n",
                 ours, plain, ours / plain);
   }
@@ -205,14 +173,18 @@ int main(int argc, char** argv) {
     const float* data = block.data();
     std::vector<float> out(n);
     double plainScale = 0, scale = 0, plainRoot = 0, root = 0;
-    Turns([&] {
-      for (std::size_t i = 0; i < n; ++i) out[i] = 2.0f * data[i];
-      sink += out[n - 1];
-    }, [&] { sink += Sum(2.0f * s); }, plainScale, scale);
-    Turns([&] {
-      for (std::size_t i = 0; i < n; ++i) out[i] = std::sqrt(std::fabs(data[i]));
-      sink += out[n - 1];
-    }, [&] { sink += Sum(sqrt(abs(s))); }, plainRoot, root);
+    Turns(
+        [&] {
+          for (std::size_t i = 0; i < n; ++i) out[i] = 2.0f * data[i];
+          sink += out[n - 1];
+        },
+        [&] { sink += Sum(2.0f * s); }, plainScale, scale);
+    Turns(
+        [&] {
+          for (std::size_t i = 0; i < n; ++i) out[i] = std::sqrt(std::fabs(data[i]));
+          sink += out[n - 1];
+        },
+        [&] { sink += Sum(sqrt(abs(s))); }, plainRoot, root);
     std::printf("2 * S      %.4f s, plain %.4f s: %.2fx (target 1.5)\n", scale, plainScale,
                 scale / plainScale);
     std::printf("sqrt(abs)  %.4f s, plain %.4f s: %.2fx (target 1.5)\n", root, plainRoot,
@@ -225,42 +197,46 @@ int main(int argc, char** argv) {
   {
     std::vector<float> frame, best, from;
     double plain = 0, ours = 0;
-    Turns([&] {
-      odb_Odb& odb = openOdb(path.c_str(), true);
-      const odb_Step& step = odb.steps()["LOAD"];
-      for (int f = 0; f < step.frames().size(); ++f) {
-        const odb_FieldBulkData block = step.frames(f).fieldOutputs()["S"].bulkDataBlocks()[0];
-        const std::size_t n = std::size_t(block.length());
-        frame.resize(n * 6);
-        block.readData(frame);
-        if (f == 0) {
-          best.assign(n, -1.0f);
-          from.assign(n, 0.0f);
-        }
-        MisesMax(frame.data(), n, float(f), best.data(), from.data());
-      }
-      sink += best[0] + from[0];
-      closeOdb(odb);
-    }, [&] {
-      odb_Odb& odb = openOdb(path.c_str(), true);
-      const odb_Step& step = odb.steps()["LOAD"];
-      odb_SequenceFieldOutput fields;
-      for (int f = 0; f < step.frames().size(); ++f)
-        fields.append(step.frames(f).fieldOutputs()["S"]);
-      sink += Sum(maxEnvelope(fields, odb_Enum::MISES)[1]);
-      closeOdb(odb);
-    }, plain, ours);
+    Turns(
+        [&] {
+          odb_Odb& odb = openOdb(path.c_str(), true);
+          const odb_Step& step = odb.steps()["LOAD"];
+          for (int f = 0; f < step.frames().size(); ++f) {
+            const odb_FieldBulkData block = step.frames(f).fieldOutputs()["S"].bulkDataBlocks()[0];
+            const std::size_t n = std::size_t(block.length());
+            frame.resize(n * 6);
+            block.readData(frame);
+            if (f == 0) {
+              best.assign(n, -1.0f);
+              from.assign(n, 0.0f);
+            }
+            MisesMax(frame.data(), n, float(f), best.data(), from.data());
+          }
+          sink += best[0] + from[0];
+          closeOdb(odb);
+        },
+        [&] {
+          odb_Odb& odb = openOdb(path.c_str(), true);
+          const odb_Step& step = odb.steps()["LOAD"];
+          odb_SequenceFieldOutput fields;
+          for (int f = 0; f < step.frames().size(); ++f)
+            fields.append(step.frames(f).fieldOutputs()["S"]);
+          sink += Sum(maxEnvelope(fields, odb_Enum::MISES)[1]);
+          closeOdb(odb);
+        },
+        plain, ours);
     std::printf("envelope   Mises over %d frames %.3f s, plain %.3f s: %.2fx (target 1.5)\n",
                 kFrames, ours, plain, ours / plain);
-    const std::string probe = std::filesystem::read_symlink("/proc/self/exe").string() +
-                              " --envelope-memory " + path;
+    const std::string probe =
+        std::filesystem::read_symlink("/proc/self/exe").string() + " --envelope-memory " + path;
     std::FILE* child = popen(probe.c_str(), "r");
     long grown = -1;
     if (child && std::fscanf(child, "%ld", &grown) != 1) grown = -1;
     if (child) pclose(child);
     const double frameBytes = double(cells) * cells * cells * 8 * 6 * 4;
-    std::printf("envelope   peak memory %.1f MB above before: %.2fx one frame's %.1f MB (target 3)\n",
-                grown / 1e3, grown * 1e3 / frameBytes, frameBytes / 1e6);
+    std::printf(
+        "envelope   peak memory %.1f MB above before: %.2fx one frame's %.1f MB (target 3)\n",
+        grown / 1e3, grown * 1e3 / frameBytes, frameBytes / 1e6);
   }
 
   // 2 * h + h on a detached history output of ten million pairs.

@@ -16,55 +16,20 @@
 #include <string>
 #include <vector>
 
+#include "bench_Block.h"
 #include "bench_Timing.h"
 #include "odb_API.h"
 #include "store_PageChecksum.h"
 
 namespace {
 
+using Block = bench_Block;
+
 const int kFrames = 10;
-
-struct Block {
-  int cells;
-  std::vector<int> nodeLabels, elementLabels;
-  std::vector<float> u, s;  // one frame's values
-  int Nodes() const { return static_cast<int>(nodeLabels.size()); }
-  int Elements() const { return static_cast<int>(elementLabels.size()); }
-  std::size_t FrameBytes() const { return (u.size() + s.size()) * sizeof(float); }
-};
-
-Block MakeBlock(int cells) {
-  Block b{cells, {}, {}, {}, {}};
-  const int n = cells + 1;
-  for (int i = 0; i < n * n * n; ++i) b.nodeLabels.push_back(i + 1);
-  for (int i = 0; i < cells * cells * cells; ++i) b.elementLabels.push_back(i + 1);
-  b.u.resize(3 * b.nodeLabels.size());
-  for (std::size_t i = 0; i < b.u.size(); ++i) b.u[i] = 1e-3f * static_cast<float>(i % 977);
-  b.s.resize(b.elementLabels.size() * 8 * 6);
-  for (std::size_t i = 0; i < b.s.size(); ++i) b.s[i] = static_cast<float>((i * 7919) % 1000) - 500.0f;
-  return b;
-}
 
 // The mesh, an instance and a step, saved; the fields are written onto it.
 odb_Instance& MakeModel(odb_Odb& odb, const Block& b) {
-  odb_DiscretePart& part = odb.DiscretePart("BLOCK", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
-  const int n = b.cells + 1;
-  odb_SequenceSequenceFloat points;
-  for (int i = 0; i < b.Nodes(); ++i) {
-    const float xyz[3] = {float(i % n), float(i / n % n), float(i / (n * n))};
-    points.append(odb_SequenceFloat(xyz, 3));
-  }
-  part.addNodes(odb_SequenceInt(b.nodeLabels.data(), b.Nodes()), points);
-  odb_SequenceSequenceInt connectivity;
-  for (int e = 0; e < b.Elements(); ++e) {
-    const int x = e % b.cells, y = e / b.cells % b.cells, z = e / (b.cells * b.cells);
-    const int c = 1 + x + n * y + n * n * z;
-    const int nodes[8] = {c, c + 1, c + 1 + n, c + n, c + n * n, c + 1 + n * n, c + 1 + n + n * n,
-                          c + n + n * n};
-    connectivity.append(odb_SequenceInt(nodes, 8));
-  }
-  part.addElements(odb_SequenceInt(b.elementLabels.data(), b.Elements()), connectivity, "C3D8");
-  odb_Instance& instance = odb.rootAssembly().Instance("BLOCK-1", part);
+  odb_Instance& instance = bench_WriteBlockMesh(odb, b);
   odb.Step("LOAD", "", odb_Enum::TIME, 1.0, "", "*STATIC", 0.0);
   saveOdb(odb);
   return instance;
@@ -76,7 +41,8 @@ double WriteFrames(odb_Odb& odb, odb_Instance& instance, const Block& b, int fra
   odb_SequenceSequenceFloat uRows, sRows;
   if (!bulk) {
     for (int i = 0; i < b.Nodes(); ++i) uRows.append(odb_SequenceFloat(&b.u[3 * i], 3));
-    for (std::size_t i = 0; i < b.s.size() / 6; ++i) sRows.append(odb_SequenceFloat(&b.s[6 * i], 6));
+    for (std::size_t i = 0; i < b.s.size() / 6; ++i)
+      sRows.append(odb_SequenceFloat(&b.s[6 * i], 6));
   }
   const odb_SequenceInt nodes(b.nodeLabels.data(), b.Nodes());
   const odb_SequenceInt elements(b.elementLabels.data(), b.Elements());
@@ -87,7 +53,8 @@ double WriteFrames(odb_Odb& odb, odb_Instance& instance, const Block& b, int fra
                                              odb_SequenceString(), odb_SequenceInvariant());
       odb_FieldOutput& s = frame.FieldOutput("S", "stress", odb_Enum::TENSOR_3D_FULL);
       if (bulk) {
-        u.addData(odb_Enum::NODAL, instance, b.Nodes(), b.nodeLabels.data(), b.Nodes(), 3, b.u.data());
+        u.addData(odb_Enum::NODAL, instance, b.Nodes(), b.nodeLabels.data(), b.Nodes(), 3,
+                  b.u.data());
         s.addData(odb_Enum::INTEGRATION_POINT, instance, b.Elements(), b.elementLabels.data(),
                   b.Elements() * 8, 6, b.s.data());
       } else {
@@ -130,7 +97,8 @@ __attribute__((noinline)) float MaxOf(const float* values, int n, float start) {
 float Mises(const float* t) {
   const float p = (t[0] + t[1] + t[2]) / 3;
   const float a = t[0] - p, b = t[1] - p, c = t[2] - p;
-  return std::sqrt(1.5f * (a * a + b * b + c * c) + 3.0f * (t[3] * t[3] + t[4] * t[4] + t[5] * t[5]));
+  return std::sqrt(1.5f * (a * a + b * b + c * c) +
+                   3.0f * (t[3] * t[3] + t[4] * t[4] + t[5] * t[5]));
 }
 
 long StatusKb(const char* key) {
@@ -169,7 +137,7 @@ int main(int argc, char** argv) {
   std::filesystem::create_directories(dir);
   const std::string path = (dir / "field.odb").string(), raw = (dir / "raw.bin").string();
   odb_initializeAPI();
-  const Block b = MakeBlock(cells);
+  const Block b = bench_MakeBlock(cells);
   const double bytes = static_cast<double>(b.FrameBytes()) * kFrames;
   std::printf("block      %d elements, %d nodes, %d frames: %.1f MB of U and S\n", b.Elements(),
               b.Nodes(), kFrames, bytes / 1e6);
@@ -202,8 +170,7 @@ int main(int argc, char** argv) {
   const std::string seqPath = (dir / "sequence.odb").string();
   std::filesystem::copy_file(modelPath, seqPath);
   odb = &openOdb(seqPath.c_str(), false);
-  const double seqWrite =
-      WriteFrames(*odb, odb->rootAssembly().instance("BLOCK-1"), b, 2, false);
+  const double seqWrite = WriteFrames(*odb, odb->rootAssembly().instance("BLOCK-1"), b, 2, false);
   const double rawTwo = RawWrite(b, raw, 2);
   std::printf("write      sequence form, 2 frames %.3f s, fwrite+fsync %.3f s: %.2fx\n", seqWrite,
               rawTwo, seqWrite / rawTwo);
@@ -225,7 +192,8 @@ int main(int argc, char** argv) {
       got += std::fread(buffer.data(), sizeof(float), buffer.size(), f);
     }
     std::fclose(f);
-    if (got * 4 != static_cast<std::size_t>(bytes) + kFrames * 4 * (b.nodeLabels.size() + b.elementLabels.size()))
+    if (got * 4 != static_cast<std::size_t>(bytes) +
+                       kFrames * 4 * (b.nodeLabels.size() + b.elementLabels.size()))
       std::printf("short read: %zu values\n", got);
   };
   rawRead();
@@ -257,14 +225,16 @@ int main(int argc, char** argv) {
     odb_Step& step = r.steps()["LOAD"];
     for (int i = 0; i < step.frames().size(); ++i) {
       const odb_SequenceFieldBulkData& blocks = step.frames(i).fieldOutputs()["S"].bulkDataBlocks();
-      for (int k = 0; k < blocks.size(); ++k) sum += blocks[k].data()[0] + blocks[k].elementLabels()[0];
+      for (int k = 0; k < blocks.size(); ++k)
+        sum += blocks[k].data()[0] + blocks[k].elementLabels()[0];
     }
     closeOdb(r);
   };
   ourRead();
   const double ourReadS = Best(3, ourRead);
-  std::printf("read       all S by bulkDataBlocks() %.3f s, fread of the same bytes %.3f s: %.2fx\n",
-              ourReadS, rawReadS, ourReadS / rawReadS);
+  std::printf(
+      "read       all S by bulkDataBlocks() %.3f s, fread of the same bytes %.3f s: %.2fx\n",
+      ourReadS, rawReadS, ourReadS / rawReadS);
   std::printf("read       ... fread into arrays kept per frame %.3f s: %.2fx\n", rawKeptReadS,
               ourReadS / rawKeptReadS);
   // The same read with the page checksums checked and not, in turns: what the checks cost.
@@ -275,9 +245,10 @@ int main(int argc, char** argv) {
     store_SetPageChecks(true);
     checked = std::min(checked, Best(1, ourRead));
   }
-  std::printf("read       with page checks %.3f s, without %.3f s: %.2fx (%.2fx fread), best of 5 "
-              "in turns\n",
-              checked, unchecked, checked / unchecked, checked / rawReadS);
+  std::printf(
+      "read       with page checks %.3f s, without %.3f s: %.2fx (%.2fx fread), best of 5 "
+      "in turns\n",
+      checked, unchecked, checked / unchecked, checked / rawReadS);
 
   // Maximum Mises from bulk data already read, best of three fresh opens (a block keeps its Mises
   // values once computed), against the same loop over one plain array as large as all frames' S,
@@ -301,14 +272,14 @@ int main(int argc, char** argv) {
       }
       for (const odb_FieldBulkData& block : blocks) block.data();
       ours = std::min(ours, Seconds([&] {
-        for (const odb_FieldBulkData& block : blocks) {
-          ourMax = MaxOf(block.mises(), block.length(), ourMax);
-        }
-      }));
+                        for (const odb_FieldBulkData& block : blocks) {
+                          ourMax = MaxOf(block.mises(), block.length(), ourMax);
+                        }
+                      }));
       closeOdb(r);
     }
-    std::printf("mises      max over bulk data %.3f s, plain loop %.3f s: %.2fx  [%.1f %.1f]\n", ours,
-                plain, ours / plain, ourMax, plainMax);
+    std::printf("mises      max over bulk data %.3f s, plain loop %.3f s: %.2fx  [%.1f %.1f]\n",
+                ours, plain, ours / plain, ourMax, plainMax);
   }
   {
     odb_Odb& r = openOdb(path.c_str(), true);

@@ -22,6 +22,7 @@
 #include <string>
 #include <vector>
 
+#include "bench_Block.h"
 #include "bench_Timing.h"
 #include "odb_API.h"
 
@@ -33,23 +34,9 @@ const int kFrames = 10;
 void WriteFile(const std::string& path, int cells) {
   const int n = cells + 1, nodes = n * n * n, elements = cells * cells * cells;
   odb_Odb& odb = Odb("", "bench", "", path.c_str());
-  odb_DiscretePart& part = odb.DiscretePart("BLOCK", odb_Enum::THREE_D, odb_Enum::DEFORMABLE_BODY);
-  std::vector<int> nodeLabels(nodes), elementLabels(elements), connectivity;
-  std::vector<float> xyz;
-  for (int i = 0; i < nodes; ++i) {
-    nodeLabels[i] = i + 1;
-    xyz.insert(xyz.end(), {float(i % n), float(i / n % n), float(i / (n * n))});
-  }
-  for (int e = 0; e < elements; ++e) {
-    elementLabels[e] = e + 1;
-    const int x = e % cells, y = e / cells % cells, z = e / (cells * cells);
-    const int c = 1 + x + n * y + n * n * z;
-    connectivity.insert(connectivity.end(), {c, c + 1, c + 1 + n, c + n, c + n * n, c + 1 + n * n,
-                                             c + 1 + n + n * n, c + n + n * n});
-  }
-  part.addNodes(nodeLabels, xyz);
-  part.addElements(elementLabels, connectivity, "C3D8");
-  odb_Instance& instance = odb.rootAssembly().Instance("BLOCK-1", part);
+  const bench_Block block = bench_MakeBlock(cells);
+  const std::vector<int>&nodeLabels = block.nodeLabels, &elementLabels = block.elementLabels;
+  odb_Instance& instance = bench_WriteBlockMesh(odb, block);
   odb_Step& step = odb.Step("LOAD", "", odb_Enum::TIME, 1.0, "", "*STATIC", 0.0);
   std::vector<float> u(3 * static_cast<std::size_t>(nodes));
   std::vector<float> s(static_cast<std::size_t>(elements) * 8 * 6);
