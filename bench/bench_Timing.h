@@ -1,9 +1,13 @@
-// Timing helpers shared by the benchmark programs.
+// Timing and memory helpers shared by the benchmark programs.
 #ifndef BENCH_TIMING_H
 #define BENCH_TIMING_H
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <string>
 
 using bench_Clock = std::chrono::steady_clock;
 
@@ -21,6 +25,15 @@ double Best(int runs, F&& f) {
   double best = 1e30;
   for (int i = 0; i < runs; ++i) best = std::min(best, Seconds(f));
   return best;
+}
+
+// A line of /proc/self/status in KiB ("VmHWM:", "VmRSS:" ...), or 0 when it is missing.
+inline long StatusKb(const char* key) {
+  std::ifstream status("/proc/self/status");
+  std::string line;
+  while (std::getline(status, line))
+    if (line.rfind(key, 0) == 0) return std::atol(line.c_str() + std::strlen(key));
+  return 0;
 }
 
 #endif

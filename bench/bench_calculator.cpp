@@ -90,14 +90,6 @@ double Sum(const odb_FieldOutput& field) {
   return sum;
 }
 
-long StatusKb(const char* key) {
-  std::ifstream status("/proc/self/status");
-  std::string line;
-  while (std::getline(status, line))
-    if (line.rfind(key, 0) == 0) return std::atol(line.c_str() + std::strlen(key));
-  return 0;
-}
-
 // In a fresh process: the envelope of Mises over all frames of `path`; prints how many kB the
 // peak resident memory grew by.
 int EnvelopeMemory(const char* path) {

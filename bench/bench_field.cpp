@@ -101,14 +101,6 @@ float Mises(const float* t) {
                    3.0f * (t[3] * t[3] + t[4] * t[4] + t[5] * t[5]));
 }
 
-long StatusKb(const char* key) {
-  std::ifstream status("/proc/self/status");
-  std::string line;
-  while (std::getline(status, line))
-    if (line.rfind(key, 0) == 0) return std::atol(line.c_str() + std::strlen(key));
-  return 0;
-}
-
 }  // namespace
 
 // Opens `path`, reads the first frame's S as bulk data and prints how many kB the peak resident

@@ -103,14 +103,6 @@ double FreadInto(const Mesh& m, const std::string& path, Mesh& into) {
   });
 }
 
-long StatusKb(const char* key) {
-  std::ifstream status("/proc/self/status");
-  std::string line;
-  while (std::getline(status, line))
-    if (line.rfind(key, 0) == 0) return std::atol(line.c_str() + std::strlen(key));
-  return 0;
-}
-
 void ResetPeakMemory() {
   std::ofstream("/proc/self/clear_refs") << "5";
 }
