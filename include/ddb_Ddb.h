@@ -9,9 +9,8 @@
 #ifndef DDB_DDB_H
 #define DDB_DDB_H
 
-#include <memory>
-
 #include "odb_Export.h"
+#include "uti_SharedPtr.h"
 
 struct ddb_DdbData;
 

@@ -39,9 +39,9 @@
 #include "odb_Initialize.h"
 #include "odb_Instance.h"
 #include "odb_LoadCase.h"
-#include "odb_MathUtil.h"
 #include "odb_Material.h"
 #include "odb_MaterialRepository.h"
+#include "odb_MathUtil.h"
 #include "odb_Mesh.h"
 #include "odb_MeshList.h"
 #include "odb_Message.h"
@@ -72,6 +72,7 @@
 #include "thr_GlobalSingleton.h"
 #include "thr_ThreadSingleton.h"
 #include "uti_LabelMap.h"
+#include "uti_SharedPtr.h"
 #include "wip_WIP.h"
 
 #endif

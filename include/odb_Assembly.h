@@ -8,8 +8,6 @@
 #ifndef ODB_ASSEMBLY_H
 #define ODB_ASSEMBLY_H
 
-#include <memory>
-
 #include "odb_DatumCsys.h"
 #include "odb_DiscreteEntity.h"
 #include "odb_DiscretePart.h"
@@ -18,6 +16,7 @@
 #include "odb_MeshList.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
+#include "uti_SharedPtr.h"
 
 struct odb_AssemblyData;
 

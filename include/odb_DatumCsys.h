@@ -21,14 +21,13 @@
 #ifndef ODB_DATUMCSYS_H
 #define ODB_DATUMCSYS_H
 
-#include <memory>
-
 #include "odb_Enum.h"
 #include "odb_Export.h"
 #include "odb_Repository.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
+#include "uti_SharedPtr.h"
 
 // The messages of datum coordinate systems and of transformations into them.
 enum odb_DatumCsysEnm : int {

@@ -10,7 +10,6 @@
 #define ODB_DISCRETEENTITY_H
 
 #include <cstddef>
-#include <memory>
 
 #include "odb_ArrayView.h"
 #include "odb_Element.h"
@@ -25,6 +24,7 @@
 #include "odb_Set.h"
 #include "odb_String.h"
 #include "uti_Array.h"
+#include "uti_SharedPtr.h"
 
 struct odb_EntityData;
 

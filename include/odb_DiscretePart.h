@@ -7,14 +7,13 @@
 #ifndef ODB_DISCRETEPART_H
 #define ODB_DISCRETEPART_H
 
-#include <memory>
-
 #include "odb_ArrayView.h"
 #include "odb_DiscreteEntity.h"
 #include "odb_Export.h"
 #include "odb_SectionCategory.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
+#include "uti_SharedPtr.h"
 
 // The messages of parts.
 enum odb_DiscretePartEnm : int {

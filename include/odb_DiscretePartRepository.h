@@ -6,14 +6,13 @@
 #ifndef ODB_DISCRETEPARTREPOSITORY_H
 #define ODB_DISCRETEPARTREPOSITORY_H
 
-#include <memory>
-
 #include "odb_DiscretePart.h"
 #include "odb_Enum.h"
 #include "odb_Export.h"
 #include "odb_Repository.h"
 #include "odb_SectionCategory.h"
 #include "odb_String.h"
+#include "uti_SharedPtr.h"
 
 struct odb_DiscretePartRepositoryData;
 struct odb_DiscretePartRepositoryAccess;

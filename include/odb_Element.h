@@ -8,13 +8,12 @@
 #ifndef ODB_ELEMENT_H
 #define ODB_ELEMENT_H
 
-#include <memory>
-
 #include "odb_Enum.h"
 #include "odb_Export.h"
 #include "odb_SectionCategory.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
+#include "uti_SharedPtr.h"
 
 struct odb_ElementAccess;
 

@@ -11,8 +11,6 @@
 #ifndef ODB_FIELDBULKDATA_H
 #define ODB_FIELDBULKDATA_H
 
-#include <memory>
-
 #include "odb_ArrayView.h"
 #include "odb_Enum.h"
 #include "odb_Export.h"
@@ -20,6 +18,7 @@
 #include "odb_SectionPoint.h"
 #include "odb_String.h"
 #include "uti_Array.h"
+#include "uti_SharedPtr.h"
 
 struct odb_SubFieldData;
 

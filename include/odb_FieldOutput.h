@@ -18,8 +18,6 @@
 #ifndef ODB_FIELDOUTPUT_H
 #define ODB_FIELDOUTPUT_H
 
-#include <memory>
-
 #include "odb_ArrayView.h"
 #include "odb_DatumCsys.h"
 #include "odb_Element.h"
@@ -38,6 +36,7 @@
 #include "odb_String.h"
 #include "odb_SubField.h"
 #include "uti_LabelMap.h"
+#include "uti_SharedPtr.h"
 
 // The messages of field outputs, in catalogue order (codes 0..35 are keys _01.._36).
 enum odb_FieldOutputEnm : int {

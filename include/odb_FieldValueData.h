@@ -7,10 +7,9 @@
 #ifndef ODB_FIELDVALUEDATA_H
 #define ODB_FIELDVALUEDATA_H
 
-#include <memory>
-
 #include "odb_Export.h"
 #include "odb_Sequence.h"
+#include "uti_SharedPtr.h"
 
 class QTVODB_EXPORT odb_FieldValueData {
  public:

@@ -18,14 +18,13 @@
 #ifndef ODB_FRAME_H
 #define ODB_FRAME_H
 
-#include <memory>
-
 #include "odb_Enum.h"
 #include "odb_Export.h"
 #include "odb_FieldOutput.h"
 #include "odb_LoadCase.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
+#include "uti_SharedPtr.h"
 
 // The messages of frames.
 enum odb_FrameEnm : int {

@@ -10,13 +10,12 @@
 #ifndef ODB_HISTORYOUTPUT_H
 #define ODB_HISTORYOUTPUT_H
 
-#include <memory>
-
 #include "odb_Enum.h"
 #include "odb_Export.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
+#include "uti_SharedPtr.h"
 
 // The messages of history outputs.
 enum odb_HistoryOutputEnm : int {

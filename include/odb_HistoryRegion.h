@@ -8,8 +8,6 @@
 #ifndef ODB_HISTORYREGION_H
 #define ODB_HISTORYREGION_H
 
-#include <memory>
-
 #include "odb_Enum.h"
 #include "odb_Export.h"
 #include "odb_HistoryOutput.h"
@@ -18,6 +16,7 @@
 #include "odb_Repository.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
+#include "uti_SharedPtr.h"
 
 // The messages of history regions.
 enum odb_HistoryRegionEnm : int {

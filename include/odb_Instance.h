@@ -7,8 +7,6 @@
 #ifndef ODB_INSTANCE_H
 #define ODB_INSTANCE_H
 
-#include <memory>
-
 #include "odb_DiscreteEntity.h"
 #include "odb_Export.h"
 #include "odb_Repository.h"
@@ -16,6 +14,7 @@
 #include "odb_SequenceElement.h"
 #include "odb_SequenceNode.h"
 #include "odb_String.h"
+#include "uti_SharedPtr.h"
 
 // The messages of instances.
 enum odb_InstanceEnm : int {

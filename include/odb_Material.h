@@ -14,11 +14,10 @@
 #ifndef ODB_MATERIAL_H
 #define ODB_MATERIAL_H
 
-#include <memory>
-
 #include "odb_Export.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
+#include "uti_SharedPtr.h"
 
 // The messages of materials and their repository.
 enum odb_MaterialEnm : int {

@@ -7,13 +7,12 @@
 #ifndef ODB_MESH_H
 #define ODB_MESH_H
 
-#include <memory>
-
 #include "odb_Element.h"
 #include "odb_Export.h"
 #include "odb_Node.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
+#include "uti_SharedPtr.h"
 
 struct odb_MeshData;
 

@@ -40,8 +40,6 @@
 #ifndef ODB_ODB_H
 #define ODB_ODB_H
 
-#include <memory>
-
 #include "ddb_Ddb.h"
 #include "odb_Assembly.h"
 #include "odb_DiscretePart.h"
@@ -56,6 +54,7 @@
 #include "odb_Step.h"
 #include "odb_StepRepository.h"
 #include "odb_String.h"
+#include "uti_SharedPtr.h"
 
 struct odb_OdbData;
 struct odb_OdbAccess;

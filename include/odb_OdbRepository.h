@@ -16,14 +16,13 @@
 #ifndef ODB_ODBREPOSITORY_H
 #define ODB_ODBREPOSITORY_H
 
-#include <memory>
-
 #include "cow_Btree.h"
 #include "odb_Export.h"
 #include "odb_Odb.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
 #include "thr_GlobalSingleton.h"
+#include "uti_SharedPtr.h"
 
 struct odb_OdbRepositoryFiles;
 struct odb_OdbRepositoryAccess;

@@ -17,12 +17,11 @@
 #ifndef ODB_SECTION_H
 #define ODB_SECTION_H
 
-#include <memory>
-
 #include "odb_Export.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
+#include "uti_SharedPtr.h"
 
 // The messages of sections and their repository.
 enum odb_SectionEnm : int {

@@ -16,13 +16,12 @@
 #ifndef ODB_SECTIONCATEGORY_H
 #define ODB_SECTIONCATEGORY_H
 
-#include <memory>
-
 #include "odb_Export.h"
 #include "odb_SectionPoint.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
+#include "uti_SharedPtr.h"
 
 // The messages of section categories and their repository.
 enum odb_SectionCategoryEnm : int {

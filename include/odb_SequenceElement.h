@@ -8,12 +8,11 @@
 #ifndef ODB_SEQUENCEELEMENT_H
 #define ODB_SEQUENCEELEMENT_H
 
-#include <memory>
-
 #include "odb_Element.h"
 #include "odb_Export.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
+#include "uti_SharedPtr.h"
 
 struct odb_MeshData;
 class odb_MeshSelection;

@@ -12,14 +12,13 @@
 #ifndef ODB_SEQUENCEFIELDVALUE_H
 #define ODB_SEQUENCEFIELDVALUE_H
 
-#include <memory>
-
 #include "odb_Export.h"
 #include "odb_FieldValue.h"
 #include "odb_Sequence.h"
 #include "odb_String.h"
 #include "odb_SubField.h"
 #include "uti_Array.h"
+#include "uti_SharedPtr.h"
 
 class QTVODB_EXPORT odb_SequenceFieldValue {
  public:

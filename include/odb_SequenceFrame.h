@@ -11,10 +11,9 @@
 #ifndef ODB_SEQUENCEFRAME_H
 #define ODB_SEQUENCEFRAME_H
 
-#include <memory>
-
 #include "odb_Export.h"
 #include "odb_Frame.h"
+#include "uti_SharedPtr.h"
 
 struct odb_StepData;
 

@@ -7,12 +7,11 @@
 #ifndef ODB_SEQUENCENODE_H
 #define ODB_SEQUENCENODE_H
 
-#include <memory>
-
 #include "odb_Export.h"
 #include "odb_Node.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
+#include "uti_SharedPtr.h"
 
 struct odb_MeshData;
 class odb_MeshSelection;

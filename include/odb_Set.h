@@ -8,14 +8,13 @@
 #ifndef ODB_SET_H
 #define ODB_SET_H
 
-#include <memory>
-
 #include "odb_Export.h"
 #include "odb_MeshList.h"
 #include "odb_Sequence.h"
 #include "odb_SequenceElement.h"
 #include "odb_SequenceNode.h"
 #include "odb_String.h"
+#include "uti_SharedPtr.h"
 
 struct odb_SetData;
 

@@ -19,8 +19,6 @@
 #ifndef ODB_STEP_H
 #define ODB_STEP_H
 
-#include <memory>
-
 #include "odb_Enum.h"
 #include "odb_Export.h"
 #include "odb_Frame.h"
@@ -32,6 +30,7 @@
 #include "odb_StepProcedure.h"
 #include "odb_String.h"
 #include "uti_LabelMap.h"
+#include "uti_SharedPtr.h"
 
 // The messages of steps.
 enum odb_StepEnm : int {

@@ -9,14 +9,13 @@
 #ifndef ODB_STEPREPOSITORY_H
 #define ODB_STEPREPOSITORY_H
 
-#include <memory>
-
 #include "odb_Enum.h"
 #include "odb_Export.h"
 #include "odb_Step.h"
 #include "odb_StepProcedure.h"
 #include "odb_StepRepositoryBase.h"
 #include "odb_String.h"
+#include "uti_SharedPtr.h"
 
 struct odb_StepRepositoryData;
 struct odb_StepRepositoryAccess;
@@ -28,8 +27,8 @@ class QTVODB_EXPORT odb_StepRepository : public odb_StepRepositoryBase<odb_Step>
 
   // Creators of steps of one procedure ("*STATIC", "*STATIC, PERTURBATION", "*HEAT TRANSFER",
   // stored with kind STATIC, STATIC with `perturbation` set, HEAT_TRANSFER and default
-  // settings): domain TIME, time period 1, starting (total time) where `previousStepName` ends, or at 0
-  // when it is empty. Checks, in this order: "Invalid step name." for an empty name, "Previous
+  // settings): domain TIME, time period 1, starting (total time) where `previousStepName` ends, or
+  // at 0 when it is empty. Checks, in this order: "Invalid step name." for an empty name, "Previous
   // step "NAME" not found." for a previous step not held, "A Step named "NAME" already exists.".
   odb_Step& StaticStep(const odb_String& name, const odb_String& description,
                        const odb_String& previousStepName);
@@ -63,8 +62,8 @@ class QTVODB_EXPORT odb_StepRepository : public odb_StepRepositoryBase<odb_Step>
 
   // Stores the step's procedure settings after AddStep.
   odb_Step& AddProcedureStep(const odb_String& name, const odb_String& description,
-                             const odb_String& previousStepName,
-                             const odb_StepProcedure& procedure, double totalTime);
+                             const odb_String& previousStepName, const odb_StepProcedure& procedure,
+                             double totalTime);
 
   // The database file and how fields find the database's root assembly; null for a repository
   // of no database.

@@ -31,8 +31,6 @@
 #ifndef ODB_SUBFIELD_H
 #define ODB_SUBFIELD_H
 
-#include <memory>
-
 #include "odb_Enum.h"
 #include "odb_Export.h"
 #include "odb_Instance.h"
@@ -41,6 +39,7 @@
 #include "odb_String.h"
 #include "uti_Array.h"
 #include "uti_LabelMap.h"
+#include "uti_SharedPtr.h"
 
 // The messages of reading and transforming sub-fields (keys odb_SubField_MSGID_00.._29).
 enum odb_SubFieldEnm : int {

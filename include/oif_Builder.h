@@ -11,11 +11,10 @@
 #ifndef OIF_BUILDER_H
 #define OIF_BUILDER_H
 
-#include <memory>
-
 #include "cow_String.h"
 #include "odb_Export.h"
 #include "oif_ModelInfo.h"
+#include "uti_SharedPtr.h"
 
 class utl_Stream;
 struct oif_BuilderData;

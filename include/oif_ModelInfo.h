@@ -13,11 +13,10 @@
 #ifndef OIF_MODELINFO_H
 #define OIF_MODELINFO_H
 
-#include <memory>
-
 #include "odb_Export.h"
 #include "odb_String.h"
 #include "uti_Array.h"
+#include "uti_SharedPtr.h"
 
 class odb_Odb;
 struct oif_ModelData;
