@@ -166,3 +166,17 @@ void store_AddSectionAssignment(store_Database& db, store_OwnerKind ownerKind,
       .Bind(4, a.section)
       .Run();
 }
+
+std::vector<int> store_RegionKinds(store_Database& db, const std::string& region) {
+  const std::string::size_type dot = region.rfind('.');
+  const bool ofInstance = dot != std::string::npos;
+  store_Statement q = db.Sql(
+      "SELECT kind FROM mesh_set WHERE owner_kind = ?1 AND owner = ?2 AND name = ?3 "
+      "AND internal = 0 ORDER BY kind");
+  q.Bind(1, static_cast<int>(ofInstance ? store_kInstanceOwner : store_kAssemblyOwner))
+      .Bind(2, ofInstance ? region.substr(0, dot) : std::string())
+      .Bind(3, ofInstance ? region.substr(dot + 1) : region);
+  std::vector<int> kinds;
+  while (q.Step()) kinds.push_back(q.Int(0));
+  return kinds;
+}

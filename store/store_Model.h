@@ -78,6 +78,13 @@ std::vector<store_SetRecord> store_Sets(store_Database& db, store_OwnerKind owne
 void store_AddSet(store_Database& db, store_OwnerKind ownerKind, const std::string& owner,
                   const store_SetRecord& set);
 
+// The kinds (store_SetKind) of the sets that a region name names: "NAME" for a set or surface of
+// the assembly, "INSTANCE.NAME" for one of an instance (the instance's name is everything before
+// the last dot). Loads, boundary conditions, interactions and constraints name their regions so;
+// internal sets are not regions. Empty when nothing has that name; a node set and an element set
+// may share one.
+std::vector<int> store_RegionKinds(store_Database& db, const std::string& region);
+
 std::vector<store_SectionAssignment> store_SectionAssignments(store_Database& db,
                                                               store_OwnerKind ownerKind,
                                                               const std::string& owner);
