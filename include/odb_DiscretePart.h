@@ -103,4 +103,7 @@ class QTVODB_EXPORT odb_DiscretePart : public odb_DiscreteEntity {
   explicit odb_DiscretePart(std::shared_ptr<odb_EntityData> data) : odb_DiscreteEntity(data) {}
 };
 
+// The part under its model name: the same handle.
+using odb_Part = odb_DiscretePart;
+
 #endif

@@ -92,7 +92,10 @@ class QTVODB_EXPORT odb_HistoryRegion {
   std::shared_ptr<odb_HistoryRegionData> m_data;
 };
 
-using odb_HistoryRegionRepository = odb_Repository<odb_String, odb_HistoryRegion>;
+// A step's history regions are stored ones: the persistent region and the region a program holds
+// are the same handle.
+using odb_HistoryRegionPers = odb_HistoryRegion;
+using odb_HistoryRegionRepository = odb_Repository<odb_String, odb_HistoryRegionPers>;
 using odb_HistoryRegionRepositoryIT = odb_RepositoryIterator<odb_String, odb_HistoryRegion>;
 
 #endif

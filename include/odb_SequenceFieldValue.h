@@ -20,6 +20,13 @@
 #include "uti_Array.h"
 #include "uti_SharedPtr.h"
 
+class odb_Assembly;
+class odb_FieldOutput;
+
+// Field values held by value: what append takes in one call, and what FieldValueListList gives
+// per sub-field.
+using odb_FieldValueList = uti_Array<odb_FieldValue>;
+
 class QTVODB_EXPORT odb_SequenceFieldValue {
  public:
   odb_SequenceFieldValue() = default;
@@ -35,8 +42,19 @@ class QTVODB_EXPORT odb_SequenceFieldValue {
   void append(const odb_FieldValue& value) { m_loose.push_back(value); }
   void append(const odb_SequenceFieldValue& values);
   void append(const odb_SubField& subField);
+  void append(const odb_FieldValueList& values) { m_loose.append(values.begin(), values.end()); }
+  // Appends the values of `field` at the listed labels (node labels for nodal sub-fields, element
+  // labels for the others) on the instances of `assembly`, as sub-fields that share the field's
+  // arrays: a sub-field kept whole is shared as it is, one kept in part becomes a subset holding
+  // only those locations. Labels absent from the field add nothing; values on instances that the
+  // assembly does not hold are left out. Reads the field's sub-fields, O(values of the field).
+  void appendSubField(const odb_SequenceInt& labels, const odb_FieldOutput& field,
+                      odb_Assembly& assembly);
   // The sub-fields, in order, and per sub-field its data type and element type label.
   const odb_SequenceSubField& SubField() const { return m_subFields; }
+  // Every value built, one list per sub-field in order, then one list of the values appended one
+  // by one (when there are any): a copy of every value, O(size()) time and memory.
+  uti_Array<odb_FieldValueList> FieldValueListList() const;
   odb_Sequence<odb_Enum::odb_DataTypeEnum> subFieldTypes() const;
   // The distinct element type labels, in order of first appearance ("" for nodal data is left
   // out).

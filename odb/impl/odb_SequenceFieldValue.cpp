@@ -1,8 +1,13 @@
 #include "odb_SequenceFieldValue.h"
 
 #include <algorithm>
+#include <unordered_set>
+#include <vector>
 
+#include "odb_Assembly.h"
 #include "odb_Exception.h"
+#include "odb_FieldOutput.h"
+#include "odb_FieldSubset.h"
 #include "odb_SubFieldData.h"
 
 namespace {
@@ -41,6 +46,40 @@ void odb_SequenceFieldValue::append(const odb_SequenceFieldValue& values) {
   }
   for (const odb_SubField& sub : values.m_subFields) append(sub);
   m_loose.append(values.m_loose.begin(), values.m_loose.end());
+}
+
+void odb_SequenceFieldValue::appendSubField(const odb_SequenceInt& labels,
+                                            const odb_FieldOutput& field, odb_Assembly& assembly) {
+  std::unordered_set<int> wanted;
+  for (int i = 0; i < labels.size(); ++i) wanted.insert(labels[i]);
+  for (const odb_SubField& handle : field.values().SubField()) {
+    odb_SubFieldData& sub = *odb_SubFieldAccess::Data(handle);
+    if (!assembly.instances().isMember(handle.instance().name())) continue;
+    const bool nodal = sub.position == odb_Enum::NODAL;
+    std::vector<int> keep;
+    for (std::size_t i = 0, n = sub.Locations(); i < n; ++i)
+      if (wanted.count(nodal ? sub.NodeLabels()[i] : sub.ElementLabels()[i])) keep.push_back(static_cast<int>(i));
+    if (keep.size() == sub.Locations())
+      append(handle);
+    else if (!keep.empty())
+      append(odb_SubFieldAccess::Make(odb_PickLocations(sub, keep)));
+  }
+}
+
+uti_Array<odb_FieldValueList> odb_SequenceFieldValue::FieldValueListList() const {
+  uti_Array<odb_FieldValueList> lists;
+  odb_FieldValue value;
+  for (const odb_SubField& handle : m_subFields) {
+    odb_SubFieldData& sub = *odb_SubFieldAccess::Data(handle);
+    odb_FieldValueList list;
+    for (std::size_t i = 0, n = sub.Locations(); i < n; ++i) {
+      BuildValue(sub, i, value);
+      list.push_back(value);
+    }
+    lists.push_back(list);
+  }
+  if (!m_loose.empty()) lists.push_back(m_loose);
+  return lists;
 }
 
 void odb_SequenceFieldValue::Locate(int i, int& block, int& at) const {
