@@ -58,7 +58,8 @@ void odb_SequenceFieldValue::appendSubField(const odb_SequenceInt& labels,
     const bool nodal = sub.position == odb_Enum::NODAL;
     std::vector<int> keep;
     for (std::size_t i = 0, n = sub.Locations(); i < n; ++i)
-      if (wanted.count(nodal ? sub.NodeLabels()[i] : sub.ElementLabels()[i])) keep.push_back(static_cast<int>(i));
+      if (wanted.count(nodal ? sub.NodeLabels()[i] : sub.ElementLabels()[i]))
+        keep.push_back(static_cast<int>(i));
     if (keep.size() == sub.Locations())
       append(handle);
     else if (!keep.empty())
